@@ -1,0 +1,40 @@
+# Options and compiler settings that hold for every target of the project.
+
+option(VORTEL_BUILD_TESTS "Build the test suite" ON)
+option(VORTEL_BUILD_BENCHMARKS "Build the benchmarks" ON)
+set(VORTEL_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize takes them")
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+
+find_program(VORTEL_CCACHE ccache)
+if(VORTEL_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${VORTEL_CCACHE}")
+endif()
+
+find_package(Threads REQUIRED)
+find_package(PkgConfig REQUIRED)
+
+# Everything of our own is compiled with these; libraries' headers come in as system headers.
+add_library(vortel-settings INTERFACE)
+target_compile_options(vortel-settings INTERFACE
+  -Wall -Wextra -Wconversion -Wshadow -Werror
+  # The same float arithmetic on every compiler and processor: no contraction into fused operations.
+  -ffp-contract=off
+  $<$<CONFIG:Release>:-g -O2>
+)
+target_include_directories(vortel-settings INTERFACE "${CMAKE_SOURCE_DIR}")
+target_link_libraries(vortel-settings INTERFACE Threads::Threads)
+
+if(VORTEL_SANITIZE)
+  target_compile_options(vortel-settings INTERFACE
+    -fsanitize=${VORTEL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+  target_link_options(vortel-settings INTERFACE -fsanitize=${VORTEL_SANITIZE})
+endif()

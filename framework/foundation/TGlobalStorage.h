@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+/// What the framework calls a singleton is one object per plug-in instance: a slot in the instance's storage.
+///
+/// One storage exists per live instance; its id is handed out once and never reused. Each thread has a current
+/// storage (TGlobalStorageScope); a thread without one uses the default storage, that of the first instance.
+/// Creating, destroying and looking up a storage takes one process-wide mutex; reading a slot takes none.
+class TGlobalStorage {
+public:
+	static constexpr int kNumberOfSlots = 256;
+	using TCreator = void* (*)();
+	using TDestroyer = void (*)(void*);
+
+	/// Makes a storage, runs the registered creators in it (not for id 0) and returns its id.
+	static int32_t CreateStorage();
+	/// Runs the registered destroyers backwards (not for id 0) and deletes the storage. Unknown ids are ignored.
+	static void DestroyStorage(int32_t id);
+
+	/// The calling thread's storage, else the default one, else null.
+	static TGlobalStorage* Current() noexcept;
+	/// The id of the storage that the calling thread has entered, -1 if none.
+	static int32_t CurrentId() noexcept;
+	/// Makes the storage current for the calling thread; -1 for none.
+	static void SetCurrentId(int32_t id);
+
+	/// A slot number for a singleton class; taken once per class, at load time.
+	static int AllocateSlot();
+	/// What runs when further storages are made and destroyed. Registering a slot again replaces its functions.
+	static void RegisterCreator(int slot, TCreator creator);
+	static void RegisterDestroyer(int slot, TDestroyer destroyer);
+
+	void* Slot(int slot) const noexcept { return mSlots[static_cast<std::size_t>(slot)]; }
+	void SetSlot(int slot, void* object) noexcept { mSlots[static_cast<std::size_t>(slot)] = object; }
+	int32_t Id() const noexcept { return mId; }
+
+private:
+	explicit TGlobalStorage(int32_t id) : mId(id) {}
+
+	int32_t mId;
+	std::array<void*, kNumberOfSlots> mSlots {};
+};
+
+/// Makes a storage current on this thread for the guard's life. Every entry from a host or the platform opens one
+/// first. Takes the storage mutex only when the id really changes.
+class [[nodiscard]] TGlobalStorageScope {
+public:
+	explicit TGlobalStorageScope(int32_t id) : mPreviousId(TGlobalStorage::CurrentId()), mChanged(id != mPreviousId) {
+		if (mChanged)
+			TGlobalStorage::SetCurrentId(id);
+	}
+
+	~TGlobalStorageScope() {
+		if (mChanged)
+			TGlobalStorage::SetCurrentId(mPreviousId);
+	}
+
+	TGlobalStorageScope(const TGlobalStorageScope&) = delete;
+	TGlobalStorageScope& operator=(const TGlobalStorageScope&) = delete;
+
+private:
+	int32_t mPreviousId;
+	bool mChanged;
+};
+
+/// Base of objects that a host or the platform calls directly: remembers the storage they were made in.
+class TGlobalStorageAware {
+public:
+	int32_t StorageId() const noexcept { return mStorageId; }
+
+protected:
+	TGlobalStorageAware() : mStorageId(TGlobalStorage::CurrentId()) {}
+	~TGlobalStorageAware() = default;
+
+private:
+	int32_t mStorageId;
+};
