@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# Prints instructions per stereo frame for every case of vortel2-count, counted with callgrind: the difference of two
+# lengths divided by the frames between them, so that set-up does not count. Repeatable to the digit.
+# Usage: scripts/count-instructions.sh [CASE...]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+count=build/release/bin/vortel2-count
+short=22528 # frames; both are whole numbers of the blocks of 256
+long=67584
+out=$(mktemp)
+trap 'rm -f "$out"' EXIT
+
+instructions() { # case, frames
+  valgrind --tool=callgrind --callgrind-out-file="$out" "$count" "$1" "$2" >/dev/null 2>&1
+  awk '/^(summary|totals):/ { print $2; exit }' "$out"
+}
+
+if [ $# -eq 0 ]; then
+  mapfile -t cases < <("$count" --list)
+else
+  cases=("$@")
+fi
+
+printf '%-48s %14s\n' case 'instr./frame'
+for case in "${cases[@]}"; do
+  a=$(instructions "$case" "$short")
+  b=$(instructions "$case" "$long")
+  awk -v name="$case" -v a="$a" -v b="$b" -v n=$((long - short)) 'BEGIN { printf "%-48s %14.2f\n", name, (b - a) / n }'
+done
