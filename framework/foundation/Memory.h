@@ -12,6 +12,7 @@ namespace Memory {
 
 /// Size 0 gives null.
 void* Allocate(const char* tag, std::size_t size);
+/// Null takes fresh memory from the heap. A failure leaves the old memory as it was.
 void* Reallocate(void* memory, std::size_t size);
 /// Ignores null. Does nothing once the process's static objects have been torn down.
 void Free(void* memory) noexcept;
@@ -25,6 +26,9 @@ void ZeroMemory(void* memory, std::size_t size) noexcept;
 void CopyMemory(void* target, const void* source, std::size_t size) noexcept;
 void MoveMemory(void* target, const void* source, std::size_t size) noexcept;
 void SetMemory(void* memory, unsigned char value, std::size_t size) noexcept;
+
+/// For those who compute a size that cannot be.
+[[noreturn]] void ThrowOutOfMemory();
 
 /// Asked of the system once.
 std::size_t PageSize() noexcept;

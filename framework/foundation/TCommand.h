@@ -40,6 +40,7 @@ public:
 class TInvokeFunctionCommand final : public TCommand {
 public:
 	explicit TInvokeFunctionCommand(std::function<void()> function) : mFunction(std::move(function)) {}
+
 	void Execute() override { mFunction(); }
 
 private:

@@ -18,6 +18,7 @@ public:
 	/// Runs what is due and moves time on by at most `samples`; returns the length of the stretch up to the next
 	/// command, which the caller then processes before it calls again with what remains.
 	int32_t Advance(int32_t samples);
+
 	/// Whether a command waits for a future sample.
 	bool HasPendingCommand() const { return mNextDelay >= 0; }
 

@@ -9,7 +9,9 @@ public:
 	using TGuard = std::lock_guard<TCriticalSection>;
 
 	void lock() { mMutex.lock(); }
+
 	void unlock() { mMutex.unlock(); }
+
 	bool try_lock() { return mMutex.try_lock(); }
 
 private:

@@ -34,14 +34,16 @@ public:
 	static void RegisterDestroyer(int slot, TDestroyer destroyer);
 
 	void* Slot(int slot) const noexcept { return mSlots[static_cast<std::size_t>(slot)]; }
+
 	void SetSlot(int slot, void* object) noexcept { mSlots[static_cast<std::size_t>(slot)] = object; }
+
 	int32_t Id() const noexcept { return mId; }
 
 private:
 	explicit TGlobalStorage(int32_t id) : mId(id) {}
 
 	int32_t mId;
-	std::array<void*, kNumberOfSlots> mSlots {};
+	std::array<void*, kNumberOfSlots> mSlots{};
 };
 
 /// Makes a storage current on this thread for the guard's life. Every entry from a host or the platform opens one
@@ -73,6 +75,7 @@ public:
 
 protected:
 	TGlobalStorageAware() : mStorageId(TGlobalStorage::CurrentId()) {}
+
 	~TGlobalStorageAware() = default;
 
 private:

@@ -14,6 +14,7 @@ template <class T>
 class TPtr {
 public:
 	TPtr() noexcept = default;
+
 	TPtr(std::nullptr_t) noexcept {}
 
 	TPtr(T* object) : mpObject(object), mpCounted(const_cast<std::remove_const_t<T>*>(object)) {
@@ -27,9 +28,11 @@ public:
 	}
 
 	TPtr(TPtr&& other) noexcept
-		: mpObject(std::exchange(other.mpObject, nullptr)), mpCounted(std::exchange(other.mpCounted, nullptr)) {}
+	    : mpObject(std::exchange(other.mpObject, nullptr)),
+	      mpCounted(std::exchange(other.mpCounted, nullptr)) {}
 
 	template <class U>
+
 	requires std::is_convertible_v<U*, T*> TPtr(const TPtr<U>& other) : TPtr(static_cast<T*>(other.Get())) {}
 
 	~TPtr() {
@@ -59,11 +62,15 @@ public:
 	}
 
 	T* Get() const noexcept { return mpObject; }
+
 	T* operator->() const noexcept { return mpObject; }
+
 	T& operator*() const noexcept { return *mpObject; }
+
 	explicit operator bool() const noexcept { return mpObject != nullptr; }
 
 	friend bool operator==(const TPtr& a, const TPtr& b) noexcept { return a.mpObject == b.mpObject; }
+
 	friend bool operator==(const TPtr& a, const T* b) noexcept { return a.mpObject == b; }
 
 private:

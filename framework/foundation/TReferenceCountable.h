@@ -14,8 +14,11 @@
 class TReferenceCountable {
 public:
 	TReferenceCountable() = default;
+
 	TReferenceCountable(const TReferenceCountable&) noexcept {} // a copy is a new object that nobody holds yet
+
 	TReferenceCountable& operator=(const TReferenceCountable&) noexcept { return *this; }
+
 	virtual ~TReferenceCountable();
 
 	/// True: the last release on any thread but the main one posts the deletion to the main thread (while the
@@ -26,17 +29,23 @@ public:
 	virtual bool PrepareForDeletion() { return true; }
 
 	void Retain() const noexcept { mReferenceCount.fetch_add(1, std::memory_order_seq_cst); }
+
 	void Release() const;
+
 	int32_t ReferenceCount() const noexcept { return mReferenceCount.load(std::memory_order_seq_cst); }
+
 	bool IsBeingDestroyed() const noexcept { return ReferenceCount() < 0; }
 
 	static void* operator new(std::size_t size);
 	static void* operator new(std::size_t size, std::align_val_t alignment);
+
 	static void* operator new(std::size_t, void* place) noexcept { return place; }
+
 	static void operator delete(void* memory) noexcept;
 	static void operator delete(void* memory, std::align_val_t alignment) noexcept;
+
 	static void operator delete(void*, void*) noexcept {}
 
 private:
-	mutable std::atomic<int32_t> mReferenceCount {0};
+	mutable std::atomic<int32_t> mReferenceCount{0};
 };

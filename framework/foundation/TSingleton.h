@@ -47,6 +47,7 @@ protected:
 
 	/// After creation, when Instance() already answers.
 	virtual void OnCreated() {}
+
 	/// Before destruction, while Instance() still answers.
 	virtual void OnBeforeDestruction() {}
 
