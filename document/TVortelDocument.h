@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "document/TVortelDevice.h"
+#include "document/TVortelProgram.h"
+#include "framework/foundation/TCriticalSection.h"
+#include "framework/foundation/TParkMillerPRNG.h"
+#include "shell/TAudioPluginShell.h"
+
+#include <array>
+#include <atomic>
+
+class TVortelDelayDevice;
+class TVortelDistortionDevice;
+class TVortelGaterDevice;
+class TVortelLofiDevice;
+class TVortelMasterDevice;
+class TVortelModulatorDevice;
+class TVortelRetriggerDevice;
+class TVortelReverserDevice;
+class TVortelShufflerDevice;
+class TVortelStretcherDevice;
+class TVortelTapeStopDevice;
+
+/// All state of one plug-in instance: a bank of 16 programs, the eleven devices, the 210 parameters. Everything in it
+/// is made once and rewritten in place, so that the audio thread can read it without a lock.
+///
+/// Commands and structure: main thread. What a host reads and sets (parameter values, the program index) and the active
+/// program and scene: any thread. Indices from outside are checked: an unknown one reads as nothing and sets nothing.
+class TVortelDocument final : public TAudioPluginShell::TDocument {
+public:
+	static constexpr int32_t kNumberOfPrograms = 16;
+	static constexpr int32_t kNumberOfDevices = TVortelParameterTable::kNumberOfDevices;
+	static constexpr int32_t kNumberOfParameters = TVortelParameterTable::kNumberOfParameters;
+
+	struct TOptions {
+		bool mLoadDefaultBank = true;
+		bool mRandomizeOnLoad = false;
+	};
+
+	/// Keeps the audio side out while structure is replaced: from its construction on, until its end, every block
+	/// passes dry and touches nothing of the document. Main thread; may be nested.
+	class [[nodiscard]] TLoadGuard {
+	public:
+		explicit TLoadGuard(TVortelDocument& document);
+		~TLoadGuard();
+		TLoadGuard(const TLoadGuard&) = delete;
+		TLoadGuard& operator=(const TLoadGuard&) = delete;
+
+	private:
+		TVortelDocument& mDocument;
+	};
+
+	explicit TVortelDocument(const TOptions& options = {});
+	~TVortelDocument() override;
+
+	/// The tables answer for any index: it is taken into their range. Only Parameter gives null outside 0 to 209.
+	TVortelProgram* ActiveProgram() const noexcept { return mpProgram.load(std::memory_order_relaxed); }
+
+	TVortelScene* ActiveScene() const noexcept { return mpScene.load(std::memory_order_relaxed); }
+
+	TVortelSequencer* ActiveSequencer() const noexcept;
+	TVortelProgram* Program(int32_t index) const noexcept;
+	TVortelDevice* Device(int32_t index) const noexcept;
+	TVortelDeviceParameter* Parameter(int32_t id) const noexcept;
+
+	TObservableBaseType<int>& ActiveProgramIndex() noexcept { return mActiveProgramIndex; }
+
+	TVortelMasterDevice* MasterDevice() const noexcept { return mpMasterDevice; }
+
+	TVortelModulatorDevice* ModulatorDevice() const noexcept { return mpModulatorDevice; }
+
+	TVortelTapeStopDevice* TapeStopDevice() const noexcept { return mpTapeStopDevice; }
+
+	TVortelRetriggerDevice* RetriggerDevice() const noexcept { return mpRetriggerDevice; }
+
+	TVortelReverserDevice* ReverserDevice() const noexcept { return mpReverserDevice; }
+
+	TVortelStretcherDevice* StretcherDevice() const noexcept { return mpStretcherDevice; }
+
+	TVortelLofiDevice* LofiDevice() const noexcept { return mpLofiDevice; }
+
+	TVortelDistortionDevice* DistortionDevice() const noexcept { return mpDistortionDevice; }
+
+	TVortelGaterDevice* GaterDevice() const noexcept { return mpGaterDevice; }
+
+	TVortelDelayDevice* DelayDevice() const noexcept { return mpDelayDevice; }
+
+	TVortelShufflerDevice* ShufflerDevice() const noexcept { return mpShufflerDevice; }
+
+	/// Fired after the fact; who observes them asks the document.
+	TObservableBang& ProgramChangedBang() noexcept { return mProgramChangedBang; }
+
+	TObservableBang& SceneChangedBang() noexcept { return mSceneChangedBang; }
+
+	TObservableBang& SequenceChangedBang() noexcept { return mSequenceChangedBang; }
+
+	void FireAllBangs();
+
+	/// Notes still trigger, but do not change the scene.
+	TObservableBaseType<bool>& SceneLocked() noexcept { return mSceneLocked; }
+
+	/// The display position selected in the editor.
+	TObservableBaseType<int>& SelectedDevice() noexcept { return mSelectedDevice; }
+
+	/// The display position soloed in the editor, -1 none.
+	TObservableBaseType<int>& SoloRow() noexcept { return mSoloRow; }
+
+	/// Held by the audio side for the whole of each call; see TLoadGuard.
+	TCriticalSection& AudioLock() noexcept { return mAudioLock; }
+
+	bool IsLoading() const noexcept { return mLoadDepth.load() > 0; }
+
+	void InitProgram();
+	void CopyProgram();
+	void PasteProgram();
+	void InitAllPrograms();
+
+	/// Of the active scene.
+	void InitScene();
+	void CopyScene();
+	void PasteScene();
+	void InitEffects();
+	void CopyEffects();
+	void PasteEffects();
+	void InitSequence();
+	void CopySequence();
+	void PasteSequence();
+	/// Keeps the grid and what the clipboard leaves empty.
+	void MixPasteSequence();
+	void MirrorSequence();
+	/// The rows change places along the order of the devices.
+	void FlipSequence();
+
+	/// What CopyParameters and PasteParameters of a single device use.
+	TVortelScene* ParameterClipboard() const noexcept { return mpParameterClipboard.Get(); }
+
+	int32_t ProductVersion() override;
+	int32_t UniqueId() override;
+
+	bool IsInstrument() override { return false; }
+
+	int32_t NumberOfPrograms() override { return kNumberOfPrograms; }
+
+	int32_t CurrentProgramIndex() override;
+	void SetCurrentProgramIndex(int32_t index) override;
+
+	TObservable* CurrentProgramIndexValue() override { return &mActiveProgramIndex; }
+
+	TString ProgramName(int32_t index) override;
+	void SetProgramName(int32_t index, const TString& name) override;
+
+	TObservableBang* ProgramNameChangedBang() override { return &mProgramNameChangedBang; }
+
+	int32_t NumberOfParameters() override { return kNumberOfParameters; }
+
+	float ParameterValue(int32_t index) override;
+	/// The value is taken into 0 to 1.
+	void SetParameterValue(int32_t index, float value) override;
+	TObservable* ParameterObservable(int32_t index) override;
+
+	TObservable* ParameterListAboutToChangeValue() override { return nullptr; }
+
+	TObservable* ParameterListChangedValue() override { return nullptr; }
+
+	TString ParameterValueText(int32_t index, float value) override;
+	bool ParameterValueFromText(int32_t index, const TString& text, float& value) override;
+	TParameterTitle ParameterName(int32_t index) override;
+
+	void OnLoadEnd(bool success) override;
+
+private:
+	friend class TVortelDevice;
+
+	void RegisterParameter(const TPtr<TVortelDeviceParameter>& parameter);
+	void DeclareMembers();
+	void CreateDevices();
+	template <class TDevice>
+	void CreateDevice(TDevice*& device);
+	void FillClipboards();
+	void FireSceneBangs();
+
+	void OnActiveProgramIndex(TObservable* observable, int32_t reason);
+	void OnActiveSceneIndex(TObservable* observable, int32_t reason);
+	void OnProgramName(TObservable* observable, int32_t reason);
+
+	TPtr<TVortelProgram> mpTempProgram;
+	TPtr<TVortelScene> mpTempScene;
+	TObservableBaseType<int> mActiveProgramIndex{0};
+	std::array<TPtr<TVortelProgram>, kNumberOfPrograms> mpPrograms;
+
+	TPtr<TVortelProgram> mpProgramClipboard;
+	TPtr<TVortelScene> mpSceneClipboard;
+	TPtr<TVortelScene> mpParameterClipboard;
+	TPtr<TVortelSequencer> mpSequencerClipboard;
+
+	// The main thread writes, any thread reads; what they point to lives as long as the document.
+	std::atomic<TVortelProgram*> mpProgram{nullptr};
+	std::atomic<TVortelScene*> mpScene{nullptr};
+
+	TObservableBaseType<bool> mSceneLocked{false};
+	TObservableBaseType<int> mSelectedDevice{0};
+	TObservableBaseType<int> mSoloRow{-1};
+	TObservableBang mProgramChangedBang;
+	TObservableBang mSceneChangedBang;
+	TObservableBang mSequenceChangedBang;
+	TObservableBang mProgramNameChangedBang;
+
+	TVortelMasterDevice* mpMasterDevice = nullptr;
+	TVortelModulatorDevice* mpModulatorDevice = nullptr;
+	TVortelTapeStopDevice* mpTapeStopDevice = nullptr;
+	TVortelRetriggerDevice* mpRetriggerDevice = nullptr;
+	TVortelReverserDevice* mpReverserDevice = nullptr;
+	TVortelStretcherDevice* mpStretcherDevice = nullptr;
+	TVortelLofiDevice* mpLofiDevice = nullptr;
+	TVortelDistortionDevice* mpDistortionDevice = nullptr;
+	TVortelGaterDevice* mpGaterDevice = nullptr;
+	TVortelDelayDevice* mpDelayDevice = nullptr;
+	TVortelShufflerDevice* mpShufflerDevice = nullptr;
+	std::array<TPtr<TVortelDevice>, kNumberOfDevices> mpDevices;
+	std::array<TPtr<TVortelDeviceParameter>, kNumberOfParameters> mpParameters;
+
+	TParkMillerPRNG mRandom;
+	std::atomic<int32_t> mLoadDepth{0};
+	TCriticalSection mAudioLock;
+};

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "framework/foundation/TPair.h"
+#include "framework/foundation/TReferenceCountable.h"
+#include "framework/foundation/TString.h"
+
+#include <atomic>
+#include <span>
+#include <vector>
+
+/// Maps a normalised value (0 to 1, what is stored and automated) to the real value of a parameter (hertz,
+/// milliseconds, a note division, an index of a name list) and back, and either to text. This class is the linear
+/// curve.
+///
+/// Every result lies inside the range, whatever goes in; not-a-number counts as the minimum. Each curve is evaluated in
+/// double and rounded to float once, so that a result is the float nearest to the formula on every compiler.
+/// One converter may serve several parameters. RealFromNormalized and NormalizedFromReal neither allocate nor lock: any
+/// thread. The texts: main thread.
+class TVortelValueConverter : public TReferenceCountable {
+public:
+	using TRange = TPair<float, float>;
+
+	/// The format is a printf format for one number.
+	TVortelValueConverter(
+	    TRange range, const TString& format, const TString& unit = TString(), const TString& prefix = TString(),
+	    bool stepped = false);
+
+	/// The value without its unit.
+	virtual TString TextFromNormalized(float normalized) const;
+	/// False when the text does not parse; the result is then left alone.
+	virtual bool NormalizedFromText(float* result, const TString& text) const;
+	virtual float RealFromNormalized(float normalized) const noexcept;
+	virtual float NormalizedFromReal(float real) const noexcept;
+
+	const TRange& Range() const noexcept { return mRange; }
+
+	const TString& Unit() const noexcept { return mUnit; }
+
+	const TString& Prefix() const noexcept { return mPrefix; }
+
+	/// The real value moves in whole units (the exponent, on a power-of-two curve). Written by the main thread or the
+	/// host's, read by the audio thread too.
+	bool IsStepped() const noexcept { return mStepped.load(std::memory_order_relaxed); }
+
+	void SetStepped(bool stepped) noexcept { mStepped.store(stepped, std::memory_order_relaxed); }
+
+protected:
+	/// Number with the prefix in front of it.
+	TString TextFromReal(float real, const TString& format) const;
+	/// Reads a number, after taking the prefix out of the text. Not-a-number does not count as one.
+	bool ScanReal(const TString& text, float& real) const;
+	float ClampToRange(double real) const noexcept;
+
+	TRange mRange;
+	TString mFormat;
+	TString mScanFormat;
+	TString mUnit;
+	TString mPrefix;
+
+private:
+	std::atomic<bool> mStepped;
+};
+
+/// real = 2 ^ (linear between the logarithms). The minimum must be above 0.
+class TVortelPowerOfTwoValueConverter : public TVortelValueConverter {
+public:
+	TVortelPowerOfTwoValueConverter(
+	    TRange range, const TString& format, const TString& unit = TString(), const TString& prefix = TString(),
+	    bool stepped = false);
+
+	TString TextFromNormalized(float normalized) const override;
+	bool NormalizedFromText(float* result, const TString& text) const override;
+	float RealFromNormalized(float normalized) const noexcept override;
+	float NormalizedFromReal(float real) const noexcept override;
+
+private:
+	float mLog2Minimum;
+	float mLog2Maximum;
+};
+
+/// Fractions of a bar of four beats: 16 is a sixteenth, 4 one beat, 0.5 eight beats. Texts: "4 beats", "1 / 16th".
+class TVortelBeatTimeValueConverter final : public TVortelPowerOfTwoValueConverter {
+public:
+	using TVortelPowerOfTwoValueConverter::TVortelPowerOfTwoValueConverter;
+
+	TString TextFromNormalized(float normalized) const override;
+	bool NormalizedFromText(float* result, const TString& text) const override;
+};
+
+/// The real value is an index into a list of names.
+class TVortelEnumValueConverter final : public TVortelValueConverter {
+public:
+	explicit TVortelEnumValueConverter(std::span<const char* const> names, const TString& prefix = TString());
+
+	TString TextFromNormalized(float normalized) const override;
+	bool NormalizedFromText(float* result, const TString& text) const override;
+	float RealFromNormalized(float normalized) const noexcept override;
+	float NormalizedFromReal(float real) const noexcept override;
+
+	std::span<const TString> Names() const noexcept { return mNames; }
+
+private:
+	std::vector<TString> mNames;
+};
+
+/// real = minimum + span * (100 ^ normalised - 1) / 99.
+class TVortelFrequencyValueConverter final : public TVortelValueConverter {
+public:
+	using TVortelValueConverter::TVortelValueConverter;
+
+	float RealFromNormalized(float normalized) const noexcept override;
+	float NormalizedFromReal(float real) const noexcept override;
+};
+
+/// Range 0 to 1. Texts: "25 L", "Center", "50 R".
+class TVortelPanningValueConverter final : public TVortelValueConverter {
+public:
+	TVortelPanningValueConverter();
+
+	TString TextFromNormalized(float normalized) const override;
+	bool NormalizedFromText(float* result, const TString& text) const override;
+};
+
+/// Linear; the maximum reads "Original".
+class TVortelLofiBitDepthConverter final : public TVortelValueConverter {
+public:
+	using TVortelValueConverter::TVortelValueConverter;
+
+	TString TextFromNormalized(float normalized) const override;
+	bool NormalizedFromText(float* result, const TString& text) const override;
+};
