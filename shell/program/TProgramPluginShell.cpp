@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/program/TProgramPluginShell.h"
+
+#include "framework/document/TObservableBang.h"
+#include "framework/foundation/TCommand.h"
+#include "framework/foundation/TThreadCommunicator.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr float kEngineScale = 32768.0f;
+constexpr float kHostScale = 1.0f / kEngineScale;
+
+// The two may be the same; no other overlap.
+void Scale(const float* source, float* target, int32_t samples, float factor) {
+	for (int32_t i = 0; i < samples; ++i)
+		target[i] = source[i] * factor;
+}
+
+} // namespace
+
+/// Keeps the shell until the host has been told.
+class TProgramPluginShell::TNewsCommand final : public TCommand {
+public:
+	TNewsCommand(TProgramPluginShell* shell, TNews news) : mpShell(shell), mNews(news) {}
+
+	void Execute() override { mpShell->Report(mNews); }
+
+private:
+	TPtr<TProgramPluginShell> mpShell;
+	TNews mNews;
+};
+
+/// Waits in the engine's schedule, which the document outlives.
+class TProgramPluginShell::TSetParameterCommand final : public TCommand {
+public:
+	TSetParameterCommand(TDocument* document, const TParameterChange& change)
+	    : mpDocument(document),
+	      mParameter(change.mParameter),
+	      mValue(change.mValue) {}
+
+	void Execute() override { mpDocument->SetParameterValue(mParameter, mValue); }
+
+private:
+	TDocument* mpDocument;
+	int32_t mParameter;
+	float mValue;
+};
+
+TProgramPluginShell::TProgramPluginShell(TDocument* document, TEngine* engine, TGui* gui, THost* host)
+    : TAudioPluginShell(document, engine, gui),
+      mpHost(host),
+      mpParameters(MakePtr<TPublishedParameters>(document, static_cast<TPublishedParameters::THost*>(this))),
+      mLatency(engine->LatencyInSamples()) {
+	engine->SetInputChannels(engine->MaxInputChannels());
+	engine->SetOutputChannels(engine->MaxOutputChannels());
+	document->CurrentProgramIndexValue()->AddObserver({this, &TProgramPluginShell::OnProgramIndex}, kDeliverDirectly);
+	document->ProgramNameChangedBang()->AddObserver({this, &TProgramPluginShell::OnProgramNames});
+	if (TObservable* list = document->ParameterListAboutToChangeValue())
+		list->AddObserver({this, &TProgramPluginShell::OnParameterListAboutToChange}, kDeliverDirectly);
+	mpParameters->Rebuild();
+}
+
+TProgramPluginShell::~TProgramPluginShell() {
+	mpParameters->Clear();
+}
+
+void TProgramPluginShell::Setup(int32_t sampleRate, int32_t blockSize) {
+	TGuiScope scope(*this);
+	mpEngine->SetSampleRate(sampleRate);
+	mpEngine->SetBlockSize(blockSize);
+	mpEngine->Resume();
+}
+
+int32_t TProgramPluginShell::Process(const TBlock& block) {
+	TGlobalStorageScope storage(StorageId());
+	TThreadManager::TScope noRole(TThreadManager::kNoThread, -1);
+	TThreadManager::TScope audioRole(TThreadManager::kAudioThread, -1);
+	TThreadCommunicator::Instance()->ProcessCommands();
+
+	if (const int32_t latency = mpEngine->LatencyInSamples(); latency != mLatency.load(std::memory_order_relaxed)) {
+		mLatency.store(latency, std::memory_order_relaxed);
+		ReportOnMainThread(TNews::kLatencyChanged);
+	}
+	const int32_t samples = std::clamp(block.mSamples, 0, mpEngine->BlockSize());
+	if (block.mpTransport)
+		mTransport = *block.mpTransport;
+	ApplyParameterChanges(block.mParameterChanges);
+	if (mpEngine->WantsSilentOutput()) {
+		std::fill_n(block.mpLeftOut, samples, 0.0f);
+		std::fill_n(block.mpRightOut, samples, 0.0f);
+		return samples;
+	}
+	if (!block.mMidiEvents.empty() && mpEngine->WantsMidiInput())
+		mpEngine->ProcessMidiEvents(block.mMidiEvents);
+	RunEngine(block, samples);
+	return samples;
+}
+
+void TProgramPluginShell::ApplyParameterChanges(std::span<const TParameterChange> changes) {
+	for (const TParameterChange& change : changes) {
+		if (change.mParameter < 0 || change.mParameter >= mpDocument->NumberOfParameters())
+			continue;
+		if (change.mSampleOffset < 1)
+			mpDocument->SetParameterValue(change.mParameter, change.mValue);
+		else
+			mpEngine->ScheduleCommand(new TSetParameterCommand(mpDocument.Get(), change), change.mSampleOffset);
+	}
+}
+
+// The engine works in place on the outputs, so that it has nothing to copy.
+void TProgramPluginShell::RunEngine(const TBlock& block, int32_t samples) {
+	Scale(block.mpLeftIn, block.mpLeftOut, samples, kEngineScale);
+	Scale(block.mpRightIn, block.mpRightOut, samples, kEngineScale);
+	mpEngine->Process(
+	    {&block.mpLeftOut, 1}, {&block.mpRightOut, 1}, {&block.mpLeftOut, 1}, {&block.mpRightOut, 1}, samples,
+	    block.mpTransport ? &mTransport : nullptr);
+	Scale(block.mpLeftOut, block.mpLeftOut, samples, kHostScale);
+	Scale(block.mpRightOut, block.mpRightOut, samples, kHostScale);
+}
+
+void TProgramPluginShell::Tick() {
+	AsGui([] { TThreadCommunicator::Instance()->ProcessCommands(); });
+}
+
+void TProgramPluginShell::WaitForAudioThread() {
+	AsGui([] { TThreadCommunicator::Instance()->WaitForThread(TThreadManager::kAudioThread); });
+}
+
+void TProgramPluginShell::SetParameterFromHost(int32_t parameter, float value) {
+	AsGui([&] { mpParameters->SetFromHost(parameter, value); });
+}
+
+void TProgramPluginShell::SetCurrentProgramFromHost(int32_t program) {
+	TGuiScope scope(*this);
+	if (program < 0 || program >= mpDocument->NumberOfPrograms() || program == mpDocument->CurrentProgramIndex())
+		return;
+	mInHostProgramChange = true;
+	mpDocument->SetCurrentProgramIndex(program);
+	mInHostProgramChange = false;
+}
+
+void TProgramPluginShell::BeginEdit(int32_t parameter) {
+	if (mpHost)
+		mpHost->BeginEdit(parameter);
+}
+
+void TProgramPluginShell::PerformEdit(int32_t parameter, float value) {
+	if (mpHost)
+		mpHost->PerformEdit(parameter, value);
+}
+
+void TProgramPluginShell::EndEdit(int32_t parameter) {
+	if (mpHost)
+		mpHost->EndEdit(parameter);
+}
+
+// Direct delivery: on whichever thread changes the program. What follows from a program change is no edit of the user.
+void TProgramPluginShell::OnProgramIndex(TObservable* /*observable*/, int32_t reason) {
+	if (reason == kWillChange)
+		mpParameters->CancelHostEdits();
+	if (reason != kDidChange)
+		return;
+	const bool onMainThread = TThreadManager::Instance()->IsCurrentThread(TThreadManager::kMainThread);
+	ReportOnMainThread(onMainThread && mInHostProgramChange ? TNews::kProgramChangedByHost : TNews::kProgramChanged);
+}
+
+void TProgramPluginShell::OnProgramNames(TObservable* /*observable*/, int32_t reason) {
+	if (reason == kDidChange && mpHost && !mInHostProgramChange)
+		mpHost->ProgramNamesChanged();
+}
+
+void TProgramPluginShell::OnParameterListAboutToChange(TObservable* /*observable*/, int32_t reason) {
+	if (reason == kDidChange)
+		mpParameters->Rebuild();
+}
+
+void TProgramPluginShell::ReportOnMainThread(TNews news) {
+	if (TThreadManager::Instance()->IsCurrentThread(TThreadManager::kMainThread))
+		Report(news);
+	else if (mpHost)
+		TThreadCommunicator::Instance()->Post(TThreadManager::kMainThread, new TNewsCommand(this, news));
+}
+
+void TProgramPluginShell::Report(TNews news) {
+	if (!mpHost)
+		return;
+	if (news == TNews::kLatencyChanged)
+		mpHost->LatencyChanged(mLatency.load(std::memory_order_relaxed));
+	else
+		mpHost->ProgramChanged(mpDocument->CurrentProgramIndex(), news == TNews::kProgramChangedByHost);
+}
