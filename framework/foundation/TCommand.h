@@ -3,13 +3,13 @@
 
 #include "framework/foundation/TReferenceCountable.h"
 
+#include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <utility>
 
-/// A unit of work that travels through the queues of TThreadCommunicator or waits in a TCommandScheduler.
-/// new and delete use the command pools, so commands can be made on the audio thread; a command dies where its last
-/// reference goes.
+/// A unit of work that travels through the queues of TThreadCommunicator or waits in a TCommandScheduler; never both.
+/// new and delete use the command pools, so commands can be made on the audio thread; when a pool cannot grow, new
+/// throws TOutOfMemoryException. A command dies where its last reference goes.
 class TCommand : public TReferenceCountable {
 public:
 	/// Runs on the receiving thread. What it throws is swallowed there.
@@ -35,14 +35,42 @@ public:
 	virtual bool Matches(const TCommand* command) const = 0;
 };
 
-/// Calls a function object. Functions that travel to or from the audio thread must not allocate when moved:
-/// capture no more than two pointers.
+/// Calls a function object, which lies in the command itself: `new TInvokeFunctionCommand([=] { ... })`.
+template <class TFunction>
 class TInvokeFunctionCommand final : public TCommand {
 public:
-	explicit TInvokeFunctionCommand(std::function<void()> function) : mFunction(std::move(function)) {}
+	explicit TInvokeFunctionCommand(TFunction function) : mFunction(std::move(function)) {}
 
 	void Execute() override { mFunction(); }
 
 private:
-	std::function<void()> mFunction;
+	TFunction mFunction;
+};
+
+/// Gives up, on the receiving thread, a reference that the sender hands over. A command that is dropped unrun gives it
+/// up as well.
+class TDecRefCommand final : public TCommand {
+public:
+	explicit TDecRefCommand(TReferenceCountable* object) noexcept : mpObject(object) {}
+
+	~TDecRefCommand() override { Execute(); }
+
+	void Execute() override;
+
+private:
+	TReferenceCountable* mpObject;
+};
+
+/// Deletes an object on the receiving thread. A command that is dropped unrun deletes it as well.
+template <class T>
+class TDeleteCommand final : public TCommand {
+public:
+	explicit TDeleteCommand(T* object) noexcept : mpObject(object) {}
+
+	~TDeleteCommand() override { Execute(); }
+
+	void Execute() override { delete std::exchange(mpObject, nullptr); }
+
+private:
+	T* mpObject;
 };

@@ -11,7 +11,8 @@ class TCommandScheduler final : public TReferenceCountable {
 public:
 	~TCommandScheduler() override;
 
-	/// Takes a reference. A delay (samples from now) of 0 or less runs the command inside this call.
+	/// Keeps a reference until the command has run. A delay (samples from now) of 0 or less runs the command inside
+	/// this call.
 	void Schedule(TCommand* command, int32_t delay);
 	/// Drops every pending command that matches.
 	void RemoveMatching(const TCommandMatch& match);
@@ -22,9 +23,10 @@ public:
 	/// Whether a command waits for a future sample.
 	bool HasPendingCommand() const { return mNextDelay >= 0; }
 
-	bool IsDeletedOnMainThread() const override { return true; }
-
 private:
+	TCommand* UnlinkFirst() noexcept;
+	void RunFirst();
+	int64_t NextStop(int32_t samples) const noexcept;
 	void RecomputeNextDelay();
 
 	int64_t mNow = 0;

@@ -2,36 +2,46 @@
 #pragma once
 
 #include <array>
+#include <atomic>
+#include <cstddef>
 #include <cstdint>
 
 /// What the framework calls a singleton is one object per plug-in instance: a slot in the instance's storage.
 ///
 /// One storage exists per live instance; its id is handed out once and never reused. Each thread has a current
 /// storage (TGlobalStorageScope); a thread without one uses the default storage, that of the first instance.
-/// Creating, destroying and looking up a storage takes one process-wide mutex; reading a slot takes none.
+/// Creating, destroying and looking up a storage takes one process-wide mutex for a few instructions; reading a slot
+/// takes none.
 class TGlobalStorage {
 public:
 	static constexpr int kNumberOfSlots = 256;
 	using TCreator = void* (*)();
 	using TDestroyer = void (*)(void*);
 
-	/// Makes a storage, runs the registered creators in it (not for id 0) and returns its id.
+	/// Makes a storage, runs the registered creators in it (not for id 0) and returns its id. When a creator throws,
+	/// the storage goes again and the exception passes on.
 	static int32_t CreateStorage();
-	/// Runs the registered destroyers backwards (not for id 0) and deletes the storage. Unknown ids are ignored.
+	/// Runs the registered destroyers backwards and deletes the storage. Unknown ids are ignored. The objects of
+	/// storage 0 are not destroyed but set aside for TakeLeftBehind.
 	static void DestroyStorage(int32_t id);
 
 	/// The calling thread's storage, else the default one, else null.
-	static TGlobalStorage* Current() noexcept;
+	static TGlobalStorage* Current() noexcept { return sCurrent ? sCurrent : sDefault.load(std::memory_order_acquire); }
+
 	/// The id of the storage that the calling thread has entered, -1 if none.
-	static int32_t CurrentId() noexcept;
+	static int32_t CurrentId() noexcept { return sCurrent ? sCurrent->mId : -1; }
+
 	/// Makes the storage current for the calling thread; -1 for none.
 	static void SetCurrentId(int32_t id);
 
 	/// A slot number for a singleton class; taken once per class, at load time.
 	static int AllocateSlot();
-	/// What runs when further storages are made and destroyed. Registering a slot again replaces its functions.
+	/// What runs when further storages are made and destroyed. Registering a slot again replaces its function.
 	static void RegisterCreator(int slot, TCreator creator);
 	static void RegisterDestroyer(int slot, TDestroyer destroyer);
+	static void Unregister(int slot);
+	/// The object that the slot held when storage 0 was destroyed, once; else null.
+	static void* TakeLeftBehind(int slot);
 
 	void* Slot(int slot) const noexcept { return mSlots[static_cast<std::size_t>(slot)]; }
 
@@ -41,6 +51,11 @@ public:
 
 private:
 	explicit TGlobalStorage(int32_t id) : mId(id) {}
+
+	void RunDestroyers();
+
+	static constinit thread_local TGlobalStorage* sCurrent;
+	static constinit std::atomic<TGlobalStorage*> sDefault;
 
 	int32_t mId;
 	std::array<void*, kNumberOfSlots> mSlots{};
@@ -74,7 +89,7 @@ public:
 	int32_t StorageId() const noexcept { return mStorageId; }
 
 protected:
-	TGlobalStorageAware() : mStorageId(TGlobalStorage::CurrentId()) {}
+	TGlobalStorageAware() : mStorageId(TGlobalStorage::Current() ? TGlobalStorage::Current()->Id() : -1) {}
 
 	~TGlobalStorageAware() = default;
 

@@ -30,7 +30,10 @@ public:
 
 	void Retain() const noexcept { mReferenceCount.fetch_add(1, std::memory_order_seq_cst); }
 
-	void Release() const;
+	void Release() const {
+		if (mReferenceCount.fetch_sub(1, std::memory_order_seq_cst) == 1)
+			const_cast<TReferenceCountable*>(this)->OnLastReferenceGone();
+	}
 
 	int32_t ReferenceCount() const noexcept { return mReferenceCount.load(std::memory_order_seq_cst); }
 
@@ -46,6 +49,12 @@ public:
 
 	static void operator delete(void*, void*) noexcept {}
 
+protected:
+	/// Deletes now, or on the main thread if IsDeletedOnMainThread asks for that. For who has postponed the deletion.
+	void DeleteOnItsThread();
+
 private:
+	void OnLastReferenceGone();
+
 	mutable std::atomic<int32_t> mReferenceCount{0};
 };

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "framework/foundation/TCommandPoolAllocator.h"
+#include "framework/foundation/TCriticalSection.h"
+#include "framework/foundation/TPtr.h"
+#include "framework/foundation/TSingleton.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+/// The instance's command pools: one for the audio thread and one for each of its workers, which allocate without a
+/// lock, and one that all other threads share.
+class TCommandPoolGlobals final : public TSingleton<TCommandPoolGlobals> {
+public:
+	explicit TCommandPoolGlobals(std::size_t numberOfWorkerPools = 0);
+	~TCommandPoolGlobals() override = default;
+
+	/// From the calling thread's pool; null if that cannot grow.
+	void* Allocate(std::size_t size);
+	void Free(void* memory) noexcept;
+
+private:
+	/// The memory of commands that still wait is about to go.
+	void OnBeforeDestruction() override;
+
+	TPtr<TCommandPoolAllocator> mAudioPool;
+	std::vector<TPtr<TCommandPoolAllocator>> mWorkerPools;
+	TPtr<TCommandPoolAllocator> mGeneralPool;
+	TCriticalSection mLock;
+};

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "framework/foundation/TCriticalSection.h"
+#include "framework/foundation/TSingleton.h"
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+/// Logical threads: the roles that the host's anonymous threads play while they are inside the plug-in.
+inline constexpr int32_t kNoThread = -1;
+inline constexpr int32_t kAudioThread = 2; // whichever thread is inside a host's process call
+inline constexpr int32_t kMainThread = 3;  // the GUI, and everything else that the host calls
+inline constexpr int32_t kNumberOfThreads = 7;
+
+/// Knows which role each thread of the process plays in this instance. The thread that creates it plays the main
+/// thread. Asking is free of locks and cheap; taking a role takes the role's lock, which keeps a thread that
+/// impersonates an idle role (TThreadCommunicator::WaitForThread) and the real one apart.
+class TThreadManager final : public TSingleton<TThreadManager> {
+public:
+	struct TLocalThreadInfo {
+		int32_t mThreadIndex = kNoThread;
+		int32_t mWorkerIndex = -1; // not -1: a worker of mThreadIndex
+	};
+
+	class TScope;
+
+	TThreadManager();
+	~TThreadManager() override;
+
+	/// The calling thread's role; kNoThread if it has none or is a worker.
+	int32_t CurrentThread() const noexcept {
+		const TLocalThreadInfo info = LocalInfo();
+		return info.mWorkerIndex == -1 ? info.mThreadIndex : kNoThread;
+	}
+
+	bool IsCurrentThread(int32_t index) const noexcept { return CurrentThread() == index; }
+
+	bool IsWorkerOf(int32_t index) const noexcept {
+		const TLocalThreadInfo info = LocalInfo();
+		return info.mWorkerIndex != -1 && info.mThreadIndex == index;
+	}
+
+	int32_t CurrentWorkerIndex() const noexcept { return LocalInfo().mWorkerIndex; }
+
+	/// The role that the calling worker works for; kNoThread if it is no worker.
+	int32_t CurrentOwnerThread() const noexcept {
+		const TLocalThreadInfo info = LocalInfo();
+		return info.mWorkerIndex != -1 ? info.mThreadIndex : kNoThread;
+	}
+
+	/// The calling thread's role and worker index together.
+	TLocalThreadInfo LocalInfo() const noexcept {
+		const TCacheEntry& cached = sCache[mId % kCacheSize];
+		const TNode* node = cached.mManagerId == mId ? cached.mpNode : FindNode();
+		return node ? node->mInfo : TLocalThreadInfo{};
+	}
+
+	/// Whether some thread plays the role now.
+	bool IsAttached(int32_t index) const noexcept { return mIsAttached[Slot(index)].load(); }
+
+	/// Gives the calling thread the role. For an entry from the host use TScope.
+	void Attach(int32_t index);
+	void Detach(int32_t index);
+
+	/// The lock of a role; held while a role is taken. Taken before the drain lock of the same index.
+	TCriticalSection& Lock(int32_t index) { return mLocks[Slot(index)]; }
+
+private:
+	struct TNode {
+		TLocalThreadInfo mInfo; // only its own thread reads and writes it
+		uint64_t mThreadId = 0;
+		TNode* mpNext = nullptr;
+	};
+
+	struct TCacheEntry {
+		uint64_t mManagerId;
+		TNode* mpNode;
+	};
+
+	static constexpr std::size_t kCacheSize = 8;
+	static constexpr std::size_t kNumberOfBuckets = 64;
+	static constexpr std::size_t kNumberOfReadyNodes = 64;
+
+	static constexpr std::size_t Slot(int32_t index) noexcept { return static_cast<std::size_t>(index); }
+
+	std::atomic<TNode*>& Bucket(uint64_t threadId) const noexcept { return mBuckets[threadId % kNumberOfBuckets]; }
+
+	TNode* FindNode() const noexcept;
+	TNode* MakeNode();
+	void SetLocalInfo(TLocalThreadInfo info);
+	void ChangeRole(TLocalThreadInfo from, TLocalThreadInfo to);
+
+	// Ids of managers and of threads are never reused, so what a thread has cached of a manager that is gone, or a
+	// manager still holds of a thread that is gone, is never mistaken for another's.
+	static constinit thread_local std::array<TCacheEntry, kCacheSize> sCache;
+
+	const uint64_t mId;
+	std::array<TCriticalSection, kNumberOfThreads> mLocks;
+	std::array<std::atomic<bool>, kNumberOfThreads> mIsAttached{};
+	mutable std::array<std::atomic<TNode*>, kNumberOfBuckets> mBuckets{};
+	// The first threads cost no allocation, since it may be the audio thread that comes in for the first time.
+	std::array<TNode, kNumberOfReadyNodes> mReadyNodes;
+	std::atomic<std::size_t> mReadyNodesTaken{0};
+};
+
+/// Gives the calling thread a role for the guard's life. Adapters nest two around every call: first the role
+/// kNoThread, then the role of the call, because a host may make any call on any thread.
+class [[nodiscard]] TThreadManager::TScope {
+public:
+	explicit TScope(int32_t index, int32_t workerIndex = -1);
+
+	~TScope() { Release(); }
+
+	TScope(const TScope&) = delete;
+	TScope& operator=(const TScope&) = delete;
+
+	/// Gives the role back early.
+	void Release();
+
+private:
+	TLocalThreadInfo mNew;
+	TLocalThreadInfo mOld;
+	bool mReleased = false;
+};
