@@ -1,0 +1,234 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "framework/document/TObserver.h"
+#include "framework/document/TSerializable.h"
+#include "framework/document/TWeakPtr.h"
+#include "framework/foundation/TList.h"
+#include "framework/foundation/TOwnerPtr.h"
+#include "framework/foundation/TPtr.h"
+#include "framework/foundation/TString.h"
+
+#include <cstdint>
+#include <functional>
+
+class TDocumentByteBag;
+class TDocumentListBase;
+class TDocumentRoot;
+class TObservableListBase;
+
+/// What becomes of a declared member. Loading goes on into members with kRead or kWrite, saving into those with
+/// kWrite, undo into those with kUndoable. 0: part of the tree that neither persists nor records.
+enum TPropertyFlags : uint32_t {
+	kRead = 1,    // read, not written
+	kWrite = 2,   // read and written
+	kUndoable = 4 // changes are watched and recorded
+};
+
+/// A node of the tree that holds all persistent state. A class declares its members once, in its constructor, in the
+/// order in which they stand in the file; form in the file, change propagation, paths and undo follow from that.
+///
+///     TThing::TThing() {
+///         ReserveMembers(1, 1);
+///         AddProperty(&mSize, TNameRules::MemberNameToElementName("mSize"), kWrite);
+///         AddChild(mpPart.Get(), TNameRules::MemberNameToElementName("mpPart"), kWrite);
+///         FinishDeclaration();
+///     }
+///
+/// The class owns what it declares; a node only refers to it, and lets go of it when it dies without touching it.
+/// Structure changes on the main thread only. Values may be set on other threads.
+class TDocumentNode : public TObserver, public TWeakReferenceable {
+public:
+	template <class T>
+	struct TProperty {
+		T mpValue;
+		TString mName;
+		uint32_t mFlags;
+		// The number of children declared before a value: keeps the order of declaration across the two kinds.
+		int32_t mChildrenBefore = 0;
+	};
+
+	using TValueProperty = TProperty<TObservable*>;
+	using TChildProperty = TProperty<TDocumentNode*>;
+	struct TAttribute;
+
+	~TDocumentNode() override;
+
+	void AddProperty(TObservable* value, const TString& name, uint32_t flags);
+	void AddProperty(TObservableListBase* value, const TString& name, uint32_t flags);
+	/// index: among the children; -1 for the end. Throws TOutOfMemoryException; the node then stays as it was.
+	void AddChild(TDocumentNode* node, const TString& name, uint32_t flags, int32_t index = -1);
+	/// Ignored for what was never declared.
+	void RemoveProperty(TObservable* value);
+	void RemoveChild(TDocumentNode* node);
+	/// An attribute of the node's own element.
+	void AddAttribute(const TString& name, TSerializable* value);
+	/// A comment in the node's element, behind what was declared before it.
+	void AddComment(const TString& text);
+
+	const TList<TValueProperty>& Properties() const noexcept { return mObservables; }
+
+	const TList<TChildProperty>& Children() const noexcept { return mChildren; }
+
+	const TList<TAttribute>& Attributes() const noexcept;
+	/// Calls one of the three for each declared member, in the order of declaration. Comments carry only their text.
+	void VisitMembers(
+	    const std::function<void(const TValueProperty&)>& onValue,
+	    const std::function<void(const TChildProperty&)>& onChild,
+	    const std::function<void(const TString&)>& onComment) const;
+
+	TDocumentNode* Parent() const noexcept { return mpParent.Get(); }
+
+	/// The nearest root above, or the node itself; null without one.
+	TDocumentRoot* Root() const;
+
+	/// The node's own name as the root element of a file.
+	const TString& ElementName() const noexcept { return mElementName; }
+
+	/// The name under which the parent has declared this node; empty without one.
+	TString NameInParent() const;
+
+	/// "/" + names on the way from the root, "[index]" for an element of a list; "/" for the root itself. Empty if the
+	/// node is not below the root.
+	TString BuildPath(const TDocumentNode* root) const;
+	/// The same for a value of this node, also one within observable lists.
+	TString BuildValuePath(const TObservable* value, const TDocumentNode* root) const;
+	/// Null for an unknown step. "/" is the node itself.
+	TDocumentNode* ChildAtPath(const TString& path);
+	TObservable* ValueAtPath(const TString& path);
+	/// Empty for what is not declared here.
+	TString NameOfProperty(const TObservable* value) const;
+
+	/// Marks this node and all above it as modified.
+	void Touch();
+	/// Takes the mark off the whole subtree.
+	void ClearModified();
+	/// The second mark is set by Touch too, and is taken off by whoever uses it.
+	void ClearSecondaryModified();
+
+	bool IsModified() const noexcept { return mIsModified; }
+
+	bool IsSecondaryModified() const noexcept { return mIsSecondaryModified; }
+
+	bool IsLoading() const noexcept { return mIsLoading; }
+
+	bool IsSaving() const noexcept { return mIsSaving; }
+
+	bool IsUndoing() const noexcept { return mIsUndoing; }
+
+	/// The value of the "type" attribute; empty while the element has none.
+	const TString& StoredTypeName() const noexcept;
+
+	/// The plain class name in the form of files, see TNameRules.
+	virtual TString TypeName() const;
+	/// A fresh object of the same class, from the registry; null if the class is not registered.
+	virtual TPtr<TDocumentNode> NewInstance() const;
+	virtual TString TypeNameOf(const TDocumentNode* object) const;
+
+	virtual void OnCloned(const TDocumentNode* /*source*/) {}
+
+	virtual void OnModified() {}
+
+	virtual void OnModifiedCleared() {}
+
+	virtual void OnSecondaryModifiedCleared() {}
+
+	virtual void OnBeforeAttach() {}
+
+	virtual void OnAfterAttach() {}
+
+	virtual void OnBeforeDetach() {}
+
+	virtual void OnAfterDetach() {}
+
+	virtual void OnAttachedToRoot(TDocumentRoot* /*root*/) {}
+
+	virtual void OnDetachedFromRoot(TDocumentRoot* /*root*/) {}
+
+	virtual void OnUndoRedoBegin() {}
+
+	virtual void OnUndoRedoEnd() {}
+
+	/// Sets the defaults that stand for what a file does not hold.
+	virtual void OnLoadBegin() {}
+
+	virtual void OnLoadEnd(bool /*success*/) {}
+
+	/// After the whole tree has seen OnLoadEnd(true).
+	virtual void OnAfterLoad() {}
+
+	virtual bool IsSkippedOnSave() { return false; }
+
+	virtual void OnPrepareSave() {}
+
+	virtual void OnSaveBegin() {}
+
+	virtual void OnSaveEnd(bool /*success*/) {}
+
+	virtual bool IsRoot() const { return false; }
+
+	virtual bool IsList() const { return false; }
+
+	virtual bool IsByteBag() const { return false; }
+
+protected:
+	TDocumentNode();
+
+	/// Room for what will be declared, so that declaring allocates once.
+	void ReserveMembers(int32_t values, int32_t children);
+	/// Last in each constructor: names the node after the class whose constructor it is.
+	void FinishDeclaration();
+
+	/// Begin and end always come in pairs on the same subtree, also on failure. What a load or a save does between them
+	/// is the caller's.
+	void BeginLoad();
+	void EndLoad(bool success);
+	void BeginSave();
+	void EndSave(bool success);
+	void BeginUndoRedo();
+	void EndUndoRedo();
+
+	void RefreshStoredTypeName();
+	void SwapChildren(int32_t index1, int32_t index2);
+	/// The step that leads from this node to the child: "/" + name, or "[index]".
+	virtual TString PathStepTo(const TDocumentNode* child) const;
+
+	/// What a path means by "[index]" on this node.
+	virtual TDocumentNode* ElementAt(int32_t /*index*/) { return nullptr; }
+
+private:
+	friend class TDocumentListBase;
+
+	struct TExtras;
+
+	void SetParent(TDocumentNode* parent);
+	void InheritState(const TDocumentNode& parent, uint32_t flags);
+	template <class TVisit>
+	void VisitSubtree(uint32_t mask, const TVisit& visit);
+	template <class TVisit>
+	void VisitSubtreeBottomUp(uint32_t mask, const TVisit& visit);
+	void AppendProperty(TObservable* value, const TString& name, uint32_t flags);
+	void RecallChildren(int32_t from, int32_t difference) noexcept;
+	int32_t IndexOfChild(const TDocumentNode* node) const noexcept;
+	TExtras& Extras();
+	void ObserveChild(TDocumentNode* node);
+	void StopObservingChild(TDocumentNode* node);
+	void OnValueChange(TObservable* value, int32_t reason);
+	void OnStructureChange(TObservable* event, int32_t reason);
+
+	TList<TValueProperty> mObservables;
+	TList<TChildProperty> mChildren;
+	TWeakPtr<TDocumentNode> mpParent;
+	TString mElementName;
+	TOwnerPtr<TExtras> mpExtras; // what few nodes have
+	bool mIsModified = false;
+	bool mIsSecondaryModified = false;
+	bool mIsLoading = false;
+	bool mIsSaving = false;
+	bool mIsUndoing = false;
+};
+
+struct TDocumentNode::TAttribute {
+	TString mName;
+	TWeakPtr<TSerializable> mpValue;
+};

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "framework/document/TSerializable.h"
+#include "framework/foundation/TList.h"
+
+#include <atomic>
+#include <cstdint>
+
+/// A list of numbers that is one leaf of the document. Its text is one line, the elements joined by blanks.
+/// Notifications are fired by the owner, around bulk edits.
+class TSerializableListBase : public TSerializable {
+public:
+	bool IsPlainText() const override { return true; }
+
+protected:
+	/// Blanks inside an element's text stand behind a backslash.
+	static TString JoinElements(const TList<TString>& elements);
+	static TList<TString> SplitElements(const TString& text);
+};
+
+/// Elements may be read on any thread while one thread stores elements; the number of elements changes only while
+/// nobody else reads. No index is checked.
+template <class T>
+class TSerializableList : public TSerializableListBase, public TList<T> {
+public:
+	TSerializableList() = default;
+
+	/// `count` times the same value.
+	explicit TSerializableList(int32_t count, T value = T{}) { Resize(count, value); }
+
+	T operator[](int32_t index) const noexcept { return Word(index).load(std::memory_order_relaxed); }
+
+	void Store(int32_t index, T value) noexcept { Word(index).store(value, std::memory_order_relaxed); }
+
+	/// Drops elements at the end, or appends `value` until there are `count`.
+	void Resize(int32_t count, T value = T{}) {
+		this->Reserve(count);
+		while (this->Count() > count)
+			this->RemoveAt(this->Count() - 1);
+		while (this->Count() < count)
+			this->Append(value);
+	}
+
+	TString ToString() const override {
+		TList<TString> texts;
+		texts.Reserve(this->Count());
+		for (int32_t i = 0; i < this->Count(); ++i)
+			texts.Append(TString::ToString((*this)[i]));
+		return JoinElements(texts);
+	}
+
+	/// An element that does not parse becomes 0. An empty text empties the list.
+	void FromString(const TString& text) override {
+		const TList<TString> texts = SplitElements(text);
+		Resize(texts.Count());
+		for (int32_t i = 0; i < texts.Count(); ++i)
+			Store(i, ParseElement(texts[i]));
+	}
+
+private:
+	static_assert(std::atomic_ref<T>::is_always_lock_free);
+
+	std::atomic_ref<T> Word(int32_t index) const noexcept {
+		return std::atomic_ref<T>(const_cast<T&>(TList<T>::operator[](index)));
+	}
+
+	static T ParseElement(const TString& text) {
+		T value{};
+		return TString::FromString(text, value) ? value : T{};
+	}
+};
