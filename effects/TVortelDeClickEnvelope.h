@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "framework/foundation/TReferenceCountable.h"
+
+#include <algorithm>
+#include <vector>
+
+/// Rising S-curve from 0 to nearly 1, as a table. Fades use it forwards and, as 1 - value, backwards.
+/// Resize allocates; reading is for the audio thread.
+class TVortelDeClickEnvelope final : public TReferenceCountable {
+public:
+	explicit TVortelDeClickEnvelope(int size) { Resize(size); }
+
+	/// Rebuilds the table. A size below 1 counts as 1.
+	void Resize(int size);
+
+	int Size() const { return mSize; }
+
+	/// Indexes past the end read the last entry. Not for negative ones.
+	double Value(int index) const { return mValues[static_cast<std::size_t>(std::min(index, mLastIndex))]; }
+
+	/// x runs from 0 to 1 over the whole table; beyond it the ends hold.
+	double Interpolated(double x) const {
+		const double position = std::clamp(x * mLastIndex, 0.0, static_cast<double>(mLastIndex));
+		const int index = static_cast<int>(position);
+		const double rest = position - index;
+		return std::clamp(Value(index) * (1.0 - rest) + Value(index + 1) * rest, 0.0, 1.0);
+	}
+
+private:
+	std::vector<double> mValues;
+	int mSize = 0;
+	int mLastIndex = 0;
+};

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+
+/// Lengths in samples that follow the tempo. A beat time x is a fraction of a bar of four beats: 16 is a sixteenth of
+/// the bar, 4 one beat.
+enum class EVortelTimeMode : int32_t { kFree = 0, kEven = 1, kTriplet = 2, kDotted = 3 };
+
+namespace VortelTempoSync {
+
+inline double SamplesPerBeat(int sampleRate, float tempo) {
+	return static_cast<double>(sampleRate) * 60.0 / static_cast<double>(tempo);
+}
+
+/// Free and even times differ only in the values that the parameter takes.
+inline double BarLength(double samplesPerBeat, EVortelTimeMode mode) {
+	const double bar = 4.0 * samplesPerBeat;
+	switch (mode) {
+	case EVortelTimeMode::kTriplet:
+		return bar / 1.5;
+	case EVortelTimeMode::kDotted:
+		return bar * 1.5;
+	default:
+		return bar;
+	}
+}
+
+/// Whole part, at most `limit`. Defined for any value: a tempo that makes no sense gives 0 or the limit.
+inline int WholeSamples(double length, int limit) {
+	if (!(length < limit))
+		return limit;
+	return length > 0.0 ? static_cast<int>(length) : 0;
+}
+
+} // namespace VortelTempoSync
