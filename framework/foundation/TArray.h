@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "framework/foundation/TArrayAllocator.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <span>
+#include <type_traits>
+#include <utility>
+
+/// A block of elements whose number is set as a whole. New elements are value-initialised (numbers are 0).
+/// Throws TOutOfMemoryException; the array is then empty.
+template <class T, class TAllocator = TDefaultArrayAllocator<T>>
+class TArray {
+public:
+	TArray() noexcept = default;
+
+	explicit TArray(int32_t size) { SetSize(size); }
+
+	TArray(std::initializer_list<T> items) { Assign({items.begin(), items.size()}); }
+
+	TArray(const TArray& other) { Assign(other); }
+
+	TArray(TArray&& other) noexcept
+	    : mpItems(std::exchange(other.mpItems, nullptr)),
+	      mSize(std::exchange(other.mSize, 0)) {}
+
+	~TArray() { Discard(); }
+
+	TArray& operator=(const TArray& other) {
+		if (this != &other)
+			TArray(other).Swap(*this);
+		return *this;
+	}
+
+	TArray& operator=(TArray&& other) noexcept {
+		TArray(std::move(other)).Swap(*this);
+		return *this;
+	}
+
+	/// Another size makes a new block: contents are not kept. The same size changes nothing.
+	void SetSize(int32_t size) {
+		if (size == mSize)
+			return;
+		Discard();
+		if (size <= 0)
+			return;
+		TBlock block(size);
+		if constexpr (!(TAllocator::kGivesZeroes && std::is_trivially_default_constructible_v<T>))
+			std::uninitialized_value_construct_n(block.mpItems, size);
+		Adopt(block);
+	}
+
+	int32_t Size() const noexcept { return mSize; }
+
+	bool IsEmpty() const noexcept { return mSize == 0; }
+
+	/// Not checked.
+	T& operator[](int32_t index) noexcept { return mpItems[index]; }
+
+	const T& operator[](int32_t index) const noexcept { return mpItems[index]; }
+
+	T* Items() noexcept { return mpItems; }
+
+	const T* Items() const noexcept { return mpItems; }
+
+	T* begin() noexcept { return mpItems; }
+
+	T* end() noexcept { return mpItems + mSize; }
+
+	const T* begin() const noexcept { return mpItems; }
+
+	const T* end() const noexcept { return mpItems + mSize; }
+
+	operator std::span<T>() noexcept { return {mpItems, static_cast<std::size_t>(mSize)}; }
+
+	operator std::span<const T>() const noexcept { return {mpItems, static_cast<std::size_t>(mSize)}; }
+
+	void Swap(TArray& other) noexcept {
+		std::swap(mpItems, other.mpItems);
+		std::swap(mSize, other.mSize);
+	}
+
+private:
+	/// Holds the memory while the elements are made, which may throw.
+	struct TBlock {
+		explicit TBlock(int32_t size) : mpItems(TAllocator::Allocate(static_cast<std::size_t>(size))), mSize(size) {}
+
+		TBlock(const TBlock&) = delete;
+		TBlock& operator=(const TBlock&) = delete;
+
+		~TBlock() { TAllocator::Free(mpItems); }
+
+		T* mpItems;
+		int32_t mSize;
+	};
+
+	void Assign(std::span<const T> items) {
+		if (items.empty())
+			return;
+		TBlock block(static_cast<int32_t>(items.size()));
+		std::uninitialized_copy(items.begin(), items.end(), block.mpItems);
+		Adopt(block);
+	}
+
+	void Adopt(TBlock& block) noexcept {
+		mpItems = std::exchange(block.mpItems, nullptr);
+		mSize = block.mSize;
+	}
+
+	void Discard() noexcept {
+		T* items = std::exchange(mpItems, nullptr);
+		std::destroy_n(items, std::exchange(mSize, 0));
+		TAllocator::Free(items);
+	}
+
+	T* mpItems = nullptr;
+	int32_t mSize = 0;
+};
