@@ -35,6 +35,7 @@ private:
 	static constexpr int32_t kHeaderSize = 4;
 	static constexpr std::size_t kAlignment = 16;
 
+	static int32_t RoundedSize(int32_t size) noexcept;
 	int32_t Header(int32_t offset) const noexcept;
 	void SetHeader(int32_t offset, int32_t value) noexcept;
 	int32_t MergeFreeBlocksBehind(int32_t offset) noexcept;

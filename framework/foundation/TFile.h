@@ -95,6 +95,7 @@ private:
 	void ReadAll(void* buffer, int64_t bytes);
 	void WriteAll(const void* buffer, int64_t bytes);
 	void TurnTo(TTransfer transfer);
+	bool IsSwapped() const noexcept;
 
 	std::FILE* mpStream = nullptr;
 	TString mPath;

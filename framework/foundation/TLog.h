@@ -6,10 +6,10 @@
 #include "framework/foundation/TPtr.h"
 #include "framework/foundation/TString.h"
 
-#include <array>
 #include <atomic>
 #include <cstdint>
 #include <mutex>
+#include <string_view>
 
 /// The log file: one for the process, over all plug-in instances. Any thread; not for the audio thread's steady state.
 /// No failure in logging reaches the caller. A message that logging itself gives rise to is dropped.
@@ -57,11 +57,12 @@ private:
 	static TProcessLog& ProcessLog();
 	static int64_t SteadyMilliseconds();
 
-	void OpenIfClosed();
-	void Open();
+	bool OpenIfClosed();
+	bool Open();
 	void WriteHeader();
-	void WriteLine(const char* category, const char* text);
-	bool TakeBlankLine(const char* category);
+	void WriteLine(bool toFile, const char* category, const char* text);
+	bool StartsParagraph(const char* category);
+	void WriteToFile(std::string_view bytes);
 
 	TDirectory mDirectory;
 	TString mFileName;
@@ -73,5 +74,4 @@ private:
 	std::mutex mOpenLock; // taken for the opening only
 	TFile mFile;
 	std::atomic<bool> mIsOpen{false};
-	std::array<std::atomic<bool>, 8> mBusy{}; // by logical thread + 1
 };

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/TOwnerPtr.h"
+#include "framework/foundation/TStlAllocator.h"
 
 #include <csetjmp>
+#include <deque>
+#include <list>
 #include <mutex>
 #include <pthread.h>
 #include <utility>
-#include <vector>
 
 /// Guard frames: places to which a signal handler can jump back out of code that crashed. One per process, made and
 /// dropped with the framework; any thread. Nothing here installs a signal handler: who does jumps to the thread's
@@ -43,7 +44,8 @@ public:
 	bool Guard(TFunction&& function);
 
 private:
-	using TFrames = std::vector<TOwnerPtr<TSigJmpBuffer>>;
+	// A deque, because records must not move while others are pushed.
+	using TFrames = std::deque<TSigJmpBuffer, TStlAllocator<TSigJmpBuffer>>;
 
 	struct TFrameScope {
 		explicit TFrameScope(TStructuredExceptionHandler& handler) : mHandler(handler), mpFrame(handler.PushFrame()) {}
@@ -61,7 +63,7 @@ private:
 
 	pthread_key_t mFramesKey{};
 	std::mutex mAllFramesLock;
-	std::vector<TOwnerPtr<TFrames>> mAllFrames;
+	std::list<TFrames, TStlAllocator<TFrames>> mAllFrames; // one per thread that ever pushed a frame
 };
 
 template <class TFunction>
