@@ -8,5 +8,5 @@
 /// the command queue at the start of a process call, never in the middle of a block.
 class TAudioObject : public TObserver {
 protected:
-	TAudioObject() : TObserver(TThreadManager::kAudioThread) {}
+	TAudioObject() : TObserver(kAudioThread) {}
 };

@@ -16,14 +16,14 @@ void TAudioPlayer::SetInputChannels(int32_t pairs) {
 }
 
 void TAudioPlayer::SetSampleRate(int32_t rate) {
-	if (rate == mSampleRate)
+	if (rate == mSampleRate || rate < 1)
 		return;
 	mSampleRate = rate;
 	SampleRateChanged(rate);
 }
 
 void TAudioPlayer::SetBlockSize(int32_t samples) {
-	if (samples == mBlockSize)
+	if (samples == mBlockSize || samples < 1)
 		return;
 	mBlockSize = samples;
 	BlockSizeChanged(samples);

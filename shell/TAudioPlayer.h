@@ -6,7 +6,8 @@
 #include <cstdint>
 
 /// What a host sets up before audio runs: rate, block size and the number of stereo pairs.
-/// The setters are called while no process call runs; each calls its hook only when the value really changes.
+/// The setters are called while no process call runs; each calls its hook only when the value really changes. A rate
+/// or size below 1 is ignored.
 class TAudioPlayer : public TAudioObject {
 public:
 	void SetOutputChannels(int32_t pairs);

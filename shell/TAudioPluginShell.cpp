@@ -2,7 +2,7 @@
 #include "shell/TAudioPluginShell.h"
 
 TAudioPluginShell::TAudioPluginShell(TDocument* document, TEngine* engine, TGui* gui)
-    : TObserver(TThreadManager::kMainThread),
+    : TObserver(kMainThread),
       mpDocument(document),
       mpEngine(engine),
       mpGui(gui) {

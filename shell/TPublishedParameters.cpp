@@ -7,7 +7,7 @@
 #include <functional>
 
 TPublishedParameters::TPublishedParameters(TAudioPluginShell::TDocument* document, THost* host)
-    : TObserver(TThreadManager::kMainThread),
+    : TObserver(kMainThread),
       mpDocument(document),
       mpHost(host) {}
 
@@ -67,7 +67,7 @@ TPublishedParameters::TParameterInfo* TPublishedParameters::Find(const TObservab
 
 // Also called on the audio thread, which must get no further than the first line.
 void TPublishedParameters::OnParameter(TObservable* observable, int32_t reason) {
-	if (reason != kDidChange || NotificationSourceThread() != TThreadManager::kMainThread)
+	if (reason != kDidChange || NotificationSourceThread() != kMainThread)
 		return;
 	TParameterInfo* info = Find(observable);
 	if (!info || info->mUpdateFromHost || !mHostEditsOpen.load(std::memory_order_relaxed))

@@ -4,49 +4,9 @@
 #include "framework/document/TObservableBang.h"
 #include "framework/foundation/TCommand.h"
 #include "framework/foundation/TThreadCommunicator.h"
+#include "shell/ScaleSamples.h"
 
 #include <algorithm>
-
-namespace {
-
-constexpr float kEngineScale = 32768.0f;
-constexpr float kHostScale = 1.0f / kEngineScale;
-
-// The two may be the same; no other overlap.
-void Scale(const float* source, float* target, int32_t samples, float factor) {
-	for (int32_t i = 0; i < samples; ++i)
-		target[i] = source[i] * factor;
-}
-
-} // namespace
-
-/// Keeps the shell until the host has been told.
-class TProgramPluginShell::TNewsCommand final : public TCommand {
-public:
-	TNewsCommand(TProgramPluginShell* shell, TNews news) : mpShell(shell), mNews(news) {}
-
-	void Execute() override { mpShell->Report(mNews); }
-
-private:
-	TPtr<TProgramPluginShell> mpShell;
-	TNews mNews;
-};
-
-/// Waits in the engine's schedule, which the document outlives.
-class TProgramPluginShell::TSetParameterCommand final : public TCommand {
-public:
-	TSetParameterCommand(TDocument* document, const TParameterChange& change)
-	    : mpDocument(document),
-	      mParameter(change.mParameter),
-	      mValue(change.mValue) {}
-
-	void Execute() override { mpDocument->SetParameterValue(mParameter, mValue); }
-
-private:
-	TDocument* mpDocument;
-	int32_t mParameter;
-	float mValue;
-};
 
 TProgramPluginShell::TProgramPluginShell(TDocument* document, TEngine* engine, TGui* gui, THost* host)
     : TAudioPluginShell(document, engine, gui),
@@ -75,8 +35,8 @@ void TProgramPluginShell::Setup(int32_t sampleRate, int32_t blockSize) {
 
 int32_t TProgramPluginShell::Process(const TBlock& block) {
 	TGlobalStorageScope storage(StorageId());
-	TThreadManager::TScope noRole(TThreadManager::kNoThread, -1);
-	TThreadManager::TScope audioRole(TThreadManager::kAudioThread, -1);
+	TThreadManager::TScope noRole(kNoThread);
+	TThreadManager::TScope audioRole(kAudioThread);
 	TThreadCommunicator::Instance()->ProcessCommands();
 
 	if (const int32_t latency = mpEngine->LatencyInSamples(); latency != mLatency.load(std::memory_order_relaxed)) {
@@ -102,22 +62,26 @@ void TProgramPluginShell::ApplyParameterChanges(std::span<const TParameterChange
 	for (const TParameterChange& change : changes) {
 		if (change.mParameter < 0 || change.mParameter >= mpDocument->NumberOfParameters())
 			continue;
+		// The document outlives the engine's schedule.
+		const auto apply = [document = mpDocument.Get(), parameter = change.mParameter, value = change.mValue] {
+			document->SetParameterValue(parameter, value);
+		};
 		if (change.mSampleOffset < 1)
-			mpDocument->SetParameterValue(change.mParameter, change.mValue);
+			apply();
 		else
-			mpEngine->ScheduleCommand(new TSetParameterCommand(mpDocument.Get(), change), change.mSampleOffset);
+			mpEngine->ScheduleCommand(new TInvokeFunctionCommand(apply), change.mSampleOffset);
 	}
 }
 
 // The engine works in place on the outputs, so that it has nothing to copy.
 void TProgramPluginShell::RunEngine(const TBlock& block, int32_t samples) {
-	Scale(block.mpLeftIn, block.mpLeftOut, samples, kEngineScale);
-	Scale(block.mpRightIn, block.mpRightOut, samples, kEngineScale);
+	ScaleSamples(block.mpLeftIn, block.mpLeftOut, samples, kEngineScale);
+	ScaleSamples(block.mpRightIn, block.mpRightOut, samples, kEngineScale);
 	mpEngine->Process(
 	    {&block.mpLeftOut, 1}, {&block.mpRightOut, 1}, {&block.mpLeftOut, 1}, {&block.mpRightOut, 1}, samples,
 	    block.mpTransport ? &mTransport : nullptr);
-	Scale(block.mpLeftOut, block.mpLeftOut, samples, kHostScale);
-	Scale(block.mpRightOut, block.mpRightOut, samples, kHostScale);
+	ScaleSamples(block.mpLeftOut, block.mpLeftOut, samples, kHostScale);
+	ScaleSamples(block.mpRightOut, block.mpRightOut, samples, kHostScale);
 }
 
 void TProgramPluginShell::Tick() {
@@ -125,7 +89,7 @@ void TProgramPluginShell::Tick() {
 }
 
 void TProgramPluginShell::WaitForAudioThread() {
-	AsGui([] { TThreadCommunicator::Instance()->WaitForThread(TThreadManager::kAudioThread); });
+	AsGui([] { TThreadCommunicator::Instance()->WaitForThread(kAudioThread); });
 }
 
 void TProgramPluginShell::SetParameterFromHost(int32_t parameter, float value) {
@@ -162,7 +126,7 @@ void TProgramPluginShell::OnProgramIndex(TObservable* /*observable*/, int32_t re
 		mpParameters->CancelHostEdits();
 	if (reason != kDidChange)
 		return;
-	const bool onMainThread = TThreadManager::Instance()->IsCurrentThread(TThreadManager::kMainThread);
+	const bool onMainThread = TThreadManager::Instance()->IsCurrentThread(kMainThread);
 	ReportOnMainThread(onMainThread && mInHostProgramChange ? TNews::kProgramChangedByHost : TNews::kProgramChanged);
 }
 
@@ -176,11 +140,13 @@ void TProgramPluginShell::OnParameterListAboutToChange(TObservable* /*observable
 		mpParameters->Rebuild();
 }
 
+// What travels keeps the shell until the host has been told.
 void TProgramPluginShell::ReportOnMainThread(TNews news) {
-	if (TThreadManager::Instance()->IsCurrentThread(TThreadManager::kMainThread))
+	if (TThreadManager::Instance()->IsCurrentThread(kMainThread))
 		Report(news);
 	else if (mpHost)
-		TThreadCommunicator::Instance()->Post(TThreadManager::kMainThread, new TNewsCommand(this, news));
+		TThreadCommunicator::Instance()->Post(
+		    kMainThread, [shell = TPtr<TProgramPluginShell>(this), news] { shell->Report(news); });
 }
 
 void TProgramPluginShell::Report(TNews news) {

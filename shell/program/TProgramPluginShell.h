@@ -59,8 +59,8 @@ public:
 	public:
 		explicit TGuiScope(const TProgramPluginShell& shell)
 		    : mStorage(shell.StorageId()),
-		      mNoRole(TThreadManager::kNoThread, -1),
-		      mRole(TThreadManager::kMainThread, -1) {}
+		      mNoRole(kNoThread),
+		      mRole(kMainThread) {}
 
 	private:
 		TGlobalStorageScope mStorage;
@@ -102,8 +102,6 @@ private:
 
 	/// Adapters tell the host only on the main thread; from others these travel there.
 	enum class TNews : int32_t { kProgramChanged, kProgramChangedByHost, kLatencyChanged };
-	class TNewsCommand;
-	class TSetParameterCommand;
 
 	void BeginEdit(int32_t parameter) override;
 	void PerformEdit(int32_t parameter, float value) override;
