@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "effects/TRampable.h"
+
 #include <array>
 #include <emmintrin.h>
 #include <span>
@@ -19,36 +21,42 @@ public:
 	/// The same four values as last time cost nothing.
 	void SetCoefficients(int mode, double frequency, double sampleRate, double q);
 
-	/// In place, with the coefficients set last.
+	/// In place, with the coefficients set last. Any mode but the four leaves the samples alone.
 	void ProcessBlock(float* left, float* right, int count);
-	/// In place, with a frequency and a q of its own for each sample. Leaves the last pair set.
+
+	/// In place, with frequency and q of their own for each sample: the first two values of each row. The results are
+	/// those of SetCoefficients before every sample, to 1e-10; the last row stays set.
 	void ProcessRamped(
-	    int mode, std::span<const float> frequencies, std::span<const float> qs, double sampleRate, float* left,
-	    float* right);
+	    int mode, double sampleRate, std::span<const TRampGroup::TRow> frequencyAndQ, float* left, float* right);
 
-	double ProcessSampleLeft(double x) { return ProcessSample(0, x); }
-
-	double ProcessSampleRight(double x) { return ProcessSample(1, x); }
+	double ProcessSampleLeft(double x);
+	double ProcessSampleRight(double x);
 
 private:
 	/// Left in the lower half, right in the upper.
 	struct TState {
-		__m128d mX, mY1, mY2, mY3, mY4;
+		__m128d mX = _mm_setzero_pd();
+		__m128d mY1 = _mm_setzero_pd();
+		__m128d mY2 = _mm_setzero_pd();
+		__m128d mY3 = _mm_setzero_pd();
+		__m128d mY4 = _mm_setzero_pd();
+
+		/// The channels in the mask become those of the other state.
+		void Take(__m128d mask, const TState& other);
 	};
 
 	struct TCoefficients {
-		__m128d mCutoff, mStageFeedback, mResonance;
+		__m128d mCutoff, mStageFeedback, mResonance, mLowpassGain;
 	};
 
+	static TCoefficients Spread(double cutoff, double stageFeedback, double resonance);
 	template <int kMode>
 	static __m128d Step(TState& state, const TCoefficients& coefficients, __m128d input);
-	template <int kMode>
-	void RunBlock(float* left, float* right, int count);
-	template <int kMode>
-	void RunRamped(std::span<const float> frequencies, std::span<const float> qs, float* left, float* right);
-
-	double ProcessSample(int channel, double x);
+	template <class TAction>
+	void WithMode(TAction action);
+	__m128d ProcessSample(double x, __m128d channel);
 	void DropLostState(float lastLeft, float lastRight, int count);
+	bool IsHung(std::size_t channel, double lastStage, float lastInput, int count);
 
 	int mMode = kUnset;
 	double mFrequency = 0.0;
@@ -58,5 +66,5 @@ private:
 	double mStageFeedback = 0.0;
 	double mResonance = 0.0;
 	TState mState{};
-	int mHungSamples = 0; // how long the last stage has been at its limit under sane input
+	std::array<int, 2> mHungSamples{}; // how long a last stage has been at its limit under sane input
 };
