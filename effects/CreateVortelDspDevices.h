@@ -9,4 +9,4 @@ class TVortelDocument;
 void CreateVortelDspDevices(TVortelDocument& document, TVortelDspDevice::THost& host);
 
 /// One of them, for index 0 to 10. The host may be null; then the caller keeps the device.
-TVortelDspDevice* CreateVortelDspDevice(TVortelDocument& document, TVortelDspDevice::THost* host, int32_t index);
+TPtr<TVortelDspDevice> CreateVortelDspDevice(TVortelDocument& document, TVortelDspDevice::THost* host, int32_t index);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "effects/TVALadderFilter.h"
 
+#include "effects/TVortelBuffers.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -32,19 +34,12 @@ __m128d ExpOfResonanceCurve(__m128d x) {
 	return _mm_mul_pd(sum, sum);
 }
 
-__m128d LoadFrame(const float* left, const float* right) {
-	return _mm_cvtps_pd(_mm_unpacklo_ps(_mm_load_ss(left), _mm_load_ss(right)));
-}
-
-void StoreFrame(float* left, float* right, __m128d frame) {
-	const __m128 samples = _mm_cvtpd_ps(frame);
-	_mm_store_ss(left, samples);
-	_mm_store_ss(right, _mm_shuffle_ps(samples, samples, 1));
-}
-
 __m128d ChannelMask(bool left, bool right) {
 	return _mm_castsi128_pd(_mm_set_epi64x(right ? -1 : 0, left ? -1 : 0));
 }
+
+using VortelBuffers::LoadFrame;
+using VortelBuffers::StoreFrame;
 
 } // namespace
 
@@ -196,7 +191,8 @@ double TVALadderFilter::ProcessSampleLeft(double x) {
 }
 
 double TVALadderFilter::ProcessSampleRight(double x) {
-	return _mm_cvtsd_f64(ProcessSample(x, ChannelMask(false, true)));
+	const __m128d output = ProcessSample(x, ChannelMask(false, true));
+	return _mm_cvtsd_f64(_mm_unpackhi_pd(output, output));
 }
 
 bool TVALadderFilter::IsHung(std::size_t channel, double lastStage, float lastInput, int count) {

@@ -12,6 +12,17 @@ inline void Copy(float* target, const float* source, int count) {
 	std::memcpy(target, source, static_cast<std::size_t>(count) * sizeof(float));
 }
 
+/// Two samples side by side in double: left in the lower half, right in the upper.
+inline __m128d LoadFrame(const float* left, const float* right) {
+	return _mm_cvtps_pd(_mm_unpacklo_ps(_mm_load_ss(left), _mm_load_ss(right)));
+}
+
+inline void StoreFrame(float* left, float* right, __m128d frame) {
+	const __m128 samples = _mm_cvtpd_ps(frame);
+	_mm_store_ss(left, samples);
+	_mm_store_ss(right, _mm_shuffle_ps(samples, samples, 1));
+}
+
 inline bool IsFinite(const float* samples, int count) {
 	const __m128 zero = _mm_setzero_ps();
 	__m128 found = zero; // x * 0 is not a number for an x that is not finite, and 0 or -0 for all others

@@ -29,7 +29,7 @@ public:
 		virtual int32_t SampleRate() const = 0;
 		virtual int32_t BlockSize() const = 0;
 		virtual float Tempo() const = 0;
-		/// Called by the device's constructor. The host takes a reference.
+		/// Called at the end of the device's constructor. The host takes a reference.
 		virtual void RegisterDevice(int32_t index, TVortelDspDevice* device) = 0;
 
 	protected:
@@ -66,7 +66,8 @@ protected:
 	/// The host may be null: then rate, block size and tempo are the defaults.
 	TVortelDspDevice(TVortelDevice* device, THost* host, int32_t index);
 
-	/// Hands rate, block size and tempo to the hooks, which the frame's own constructor cannot reach.
+	/// Hands rate, block size and tempo to the hooks, which the frame's own constructor cannot reach, and registers
+	/// with the host.
 	void FinishConstruction();
 
 	virtual void OnDryCaptured(const float* /*left*/, const float* /*right*/, int /*count*/) {}
@@ -122,7 +123,7 @@ private:
 	enum TFadeState : int { kIdle = 0, kFadingIn = 1, kOn = 2, kFadingOut = 3 };
 
 	void PullParameters();
-	void RepairInput(float* left, float* right, int count) const;
+	static void RepairInput(float* left, float* right, int count);
 	void ProcessFilter(float* left, float* right, int count);
 	void ProcessRampedFilter(float* left, float* right, int count);
 	void ProcessRampedMix(float* left, float* right, int count);
@@ -147,6 +148,8 @@ private:
 	int32_t mBlockSize = -1;
 	float mTempo = kDefaultTempo;
 	TPtr<TVortelDevice> mpDevice;
+	THost* mpEngine;
+	int32_t mDeviceIndex;
 	int32_t mFirstParameterId;
 	TVALadderFilter mFilter;
 };

@@ -1,0 +1,277 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "effects/TVortelDspDevice.h"
+
+#include "document/TVortelDevice.h"
+#include "document/TVortelProgram.h"
+#include "effects/TVortelBuffers.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+
+namespace {
+
+constexpr float kRampCoefficient = 1.0f / 64.0f;
+constexpr float kCenterGain = 0.70710677f; // what constant power gives in the middle; the law is scaled to 1 there
+constexpr int kRampedSamples = 64;         // how many rows of ramp values are made at a time
+
+using TRampRows = std::array<TRampGroup::TRow, kRampedSamples>;
+
+TRampable<float> MakeRamp(float value) {
+	return {value, kRampCoefficient};
+}
+
+float LeftGain(float pan) {
+	return std::sqrt(1.0f - pan) / kCenterGain;
+}
+
+float RightGain(float pan) {
+	return std::sqrt(pan) / kCenterGain;
+}
+
+/// One channel with gains that hold for the whole stretch.
+void MixSteady(float* wet, const float* dry, int count, float mix, float gain, float volume) {
+	const bool isUnity = gain == 1.0f && volume == 1.0f;
+	// The two ends of the mix are made by what they leave out: that is exact, and cheap for what is at rest.
+	if (mix == 0.0f)
+		VortelBuffers::Copy(wet, dry, count);
+	if (mix != 0.0f && mix != 1.0f)
+		VortelBuffers::Mix(wet, dry, count, 1.0f - mix, mix, gain, volume);
+	else if (!isUnity)
+		VortelBuffers::Scale(wet, count, gain, volume);
+}
+
+/// Four rows of (mix, pan, volume, unused).
+void MixFourRows(const TRampGroup::TRow* rows, const float* dryLeft, const float* dryRight, float* left, float* right) {
+	__m128 mix = _mm_load_ps(rows[0].mValues.data());
+	__m128 pan = _mm_load_ps(rows[1].mValues.data());
+	__m128 volume = _mm_load_ps(rows[2].mValues.data());
+	__m128 unused = _mm_load_ps(rows[3].mValues.data());
+	_MM_TRANSPOSE4_PS(mix, pan, volume, unused);
+	const __m128 one = _mm_set1_ps(1.0f);
+	const __m128 center = _mm_set1_ps(kCenterGain);
+	const __m128 dryGain = _mm_sub_ps(one, mix);
+	const __m128 doubleVolume = _mm_add_ps(volume, volume);
+	const auto channel = [&](float* wet, const float* dry, __m128 power) {
+		const __m128 gain = _mm_div_ps(_mm_sqrt_ps(power), center);
+		const __m128 sum = _mm_add_ps(_mm_mul_ps(_mm_loadu_ps(dry), dryGain), _mm_mul_ps(_mm_loadu_ps(wet), mix));
+		_mm_storeu_ps(wet, _mm_mul_ps(_mm_mul_ps(sum, gain), doubleVolume));
+	};
+	channel(left, dryLeft, _mm_sub_ps(one, pan));
+	channel(right, dryRight, pan);
+}
+
+void MixRow(const TRampGroup::TRow& row, float dryLeft, float dryRight, float& left, float& right) {
+	const auto [mix, pan, volume, unused] = row.mValues;
+	left = (dryLeft * (1.0f - mix) + left * mix) * LeftGain(pan) * (2.0f * volume);
+	right = (dryRight * (1.0f - mix) + right * mix) * RightGain(pan) * (2.0f * volume);
+}
+
+} // namespace
+
+TVortelDspDevice::TVortelDspDevice(TVortelDevice* device, THost* host, int32_t index)
+    : mMixRamp(MakeRamp(device->mpMixerMix->Default())),
+      mPanRamp(MakeRamp(device->mpMixerPanning->Default())),
+      mVolumeRamp(MakeRamp(device->mpMixerVolume->Default())),
+      mFilterTypeParameter(*device->mpFilterType),
+      mFilterFrequencyParameter(*device->mpFilterFrequency),
+      mpFadeEnvelope(MakePtr<TVortelDeClickEnvelope>(mFadeLength)),
+      mpDevice(device),
+      mpEngine(host),
+      mDeviceIndex(index),
+      mFirstParameterId(device->FirstParameterId()) {
+	mFilterType = static_cast<int>(mFilterTypeParameter.Real(device->mpFilterType->Default()));
+	mFilterFrequencyRamp = MakeRamp(mFilterFrequencyParameter.Real(device->mpFilterFrequency->Default()));
+	mFilterQRamp = MakeRamp(device->mpFilterQ->Default());
+}
+
+void TVortelDspDevice::FinishConstruction() {
+	SetSampleRate(mpEngine ? mpEngine->SampleRate() : kDefaultSampleRate);
+	SetBlockSize(mpEngine ? mpEngine->BlockSize() : kDefaultBlockSize);
+	SetTempo(mpEngine ? mpEngine->Tempo() : kDefaultTempo);
+	if (mpEngine)
+		mpEngine->RegisterDevice(mDeviceIndex, this);
+}
+
+void TVortelDspDevice::SetSampleRate(int32_t sampleRate) {
+	if (sampleRate == mSampleRate)
+		return;
+	mSampleRate = sampleRate;
+	mFadePosition = 0;
+	mFadeLength = static_cast<int>(std::round(sampleRate * 0.001));
+	mpFadeEnvelope->Resize(mFadeLength);
+	for (TRampable<float>* ramp : {&mMixRamp, &mPanRamp, &mVolumeRamp, &mFilterFrequencyRamp, &mFilterQRamp})
+		ramp->SetScale(RampScale());
+	OnSampleRateChanged(sampleRate);
+}
+
+void TVortelDspDevice::SetBlockSize(int32_t blockSize) {
+	if (blockSize == mBlockSize)
+		return;
+	mBlockSize = blockSize;
+	mDryLeft.ResizeZeroed(blockSize);
+	mDryRight.ResizeZeroed(blockSize);
+	OnBlockSizeChanged(blockSize);
+}
+
+void TVortelDspDevice::SetTempo(float tempo) {
+	mTempo = tempo;
+	OnTempoChanged(tempo);
+}
+
+void TVortelDspDevice::SetProgram(TVortelProgram* program) {
+	mpProgram = program;
+}
+
+void TVortelDspDevice::SetScene(TVortelScene* scene) {
+	mpScene = scene;
+	if (mFollowsParameters)
+		PullParameters();
+}
+
+void TVortelDspDevice::Start() {
+	if (!mFollowsParameters) {
+		mFollowsParameters = true;
+		PullParameters();
+	}
+	if (mRunning) {
+		OnRetrigger();
+		return;
+	}
+	mRunning = true;
+	mFadeState = kFadingIn;
+	mFadePosition = 0;
+	for (TRampable<float>* ramp : {&mMixRamp, &mPanRamp, &mVolumeRamp, &mFilterFrequencyRamp, &mFilterQRamp})
+		ramp->Finish();
+	OnStart();
+}
+
+void TVortelDspDevice::Stop() {
+	mFollowsParameters = false;
+	if (!mRunning || mFadeState == kFadingOut)
+		return;
+	mFadeState = kFadingOut;
+	mFadePosition = 0;
+}
+
+void TVortelDspDevice::PullParameters() {
+	if (!mpScene)
+		return;
+	const TVortelScene& scene = *mpScene;
+	const auto normalized = [&](TVortelParameterTable::ECommonParameter parameter) {
+		return scene.ParameterValue(mFirstParameterId + parameter);
+	};
+	mMixRamp.SetTarget(normalized(TVortelParameterTable::kMix));
+	mPanRamp.SetTarget(normalized(TVortelParameterTable::kPanning));
+	mVolumeRamp.SetTarget(normalized(TVortelParameterTable::kVolume));
+	mFilterType = mFilterTypeParameter.ReadWhole(scene);
+	mFilterFrequencyRamp.SetTarget(mFilterFrequencyParameter.Read(scene));
+	mFilterQRamp.SetTarget(normalized(TVortelParameterTable::kFilterQ));
+	OnParametersChanged();
+}
+
+void TVortelDspDevice::CaptureDry(float* left, float* right, int count) {
+	assert(count <= mBlockSize);
+	VortelBuffers::Copy(mDryLeft.Data(), left, count);
+	VortelBuffers::Copy(mDryRight.Data(), right, count);
+	OnDryCaptured(mDryLeft.Data(), mDryRight.Data(), count);
+}
+
+void TVortelDspDevice::Process(float* left, float* right, int count) {
+	if (mFollowsParameters)
+		PullParameters();
+	RepairInput(left, right, count);
+	ProcessEffect(left, right, count);
+	ProcessFilter(left, right, count);
+	ProcessMix(left, right, count);
+	if (mFadeState == kFadingIn || mFadeState == kFadingOut)
+		ProcessFade(left, right, count);
+}
+
+/// A sample that is no number would stay for good in recordings, delay lines and followers.
+void TVortelDspDevice::RepairInput(float* left, float* right, int count) {
+	for (float* samples : {left, right}) {
+		if (!VortelBuffers::IsFinite(samples, count))
+			VortelBuffers::ReplaceNonFinite(samples, count);
+	}
+}
+
+void TVortelDspDevice::ProcessFilter(float* left, float* right, int count) {
+	if (mFilterType == 0)
+		return;
+	if (mFilterFrequencyRamp.IsRamping() || mFilterQRamp.IsRamping()) {
+		ProcessRampedFilter(left, right, count);
+		return;
+	}
+	mFilter.SetCoefficients(mFilterType - 1, mFilterFrequencyRamp.Target(), mSampleRate, mFilterQRamp.Target());
+	mFilter.ProcessBlock(left, right, count);
+}
+
+void TVortelDspDevice::ProcessRampedFilter(float* left, float* right, int count) {
+	TRampRows rows;
+	for (int done = 0; done < count; done += kRampedSamples) {
+		const int length = std::min(kRampedSamples, count - done);
+		const auto used = std::span(rows).first(static_cast<std::size_t>(length));
+		TRampGroup::Step({&mFilterFrequencyRamp, &mFilterQRamp}, used);
+		mFilter.ProcessRamped(mFilterType - 1, mSampleRate, used, left + done, right + done);
+	}
+}
+
+void TVortelDspDevice::ProcessMix(float* left, float* right, int count) {
+	if (mMixRamp.IsRamping() || mPanRamp.IsRamping() || mVolumeRamp.IsRamping()) {
+		ProcessRampedMix(left, right, count);
+		return;
+	}
+	const float mix = mMixRamp.Target();
+	const float pan = mPanRamp.Target();
+	const float volume = 2.0f * mVolumeRamp.Target();
+	MixSteady(left, mDryLeft.Data(), count, mix, LeftGain(pan), volume);
+	MixSteady(right, mDryRight.Data(), count, mix, RightGain(pan), volume);
+}
+
+void TVortelDspDevice::ProcessRampedMix(float* left, float* right, int count) {
+	TRampRows rows;
+	const float* dryLeft = mDryLeft.Data();
+	const float* dryRight = mDryRight.Data();
+	for (int done = 0; done < count; done += kRampedSamples) {
+		const int length = std::min(kRampedSamples, count - done);
+		const auto used = std::span(rows).first(static_cast<std::size_t>(length));
+		TRampGroup::Step({&mMixRamp, &mPanRamp, &mVolumeRamp}, used);
+		int i = 0;
+		for (; i <= length - 4; i += 4) {
+			const int at = done + i;
+			MixFourRows(&used[static_cast<std::size_t>(i)], dryLeft + at, dryRight + at, left + at, right + at);
+		}
+		for (; i < length; ++i) {
+			const int at = done + i;
+			MixRow(used[static_cast<std::size_t>(i)], dryLeft[at], dryRight[at], left[at], right[at]);
+		}
+	}
+}
+
+void TVortelDspDevice::ProcessFade(float* left, float* right, int count) {
+	const int length = std::clamp(mFadeLength - mFadePosition, 0, count);
+	for (int i = 0; i < length; ++i) {
+		const double e = mpFadeEnvelope->Value(mFadePosition + i);
+		const double wet = mFadeState == kFadingIn ? e : 1.0 - e;
+		const double dry = 1.0 - wet;
+		left[i] = static_cast<float>(mDryLeft[i] * dry + left[i] * wet);
+		right[i] = static_cast<float>(mDryRight[i] * dry + right[i] * wet);
+	}
+	mFadePosition += length;
+	if (mFadePosition >= mFadeLength)
+		FinishFade();
+	if (mFadeState == kIdle) {
+		VortelBuffers::Copy(left + length, mDryLeft.Data() + length, count - length);
+		VortelBuffers::Copy(right + length, mDryRight.Data() + length, count - length);
+	}
+}
+
+void TVortelDspDevice::FinishFade() {
+	if (mFadeState == kFadingIn) {
+		mFadeState = kOn;
+		return;
+	}
+	mFadeState = kIdle;
+	mRunning = false;
+}
