@@ -2,6 +2,8 @@
 #include "effects/CreateVortelDspDevices.h"
 
 #include "document/TVortelDocument.h"
+#include "document/TVortelEffectDevices.h"
+#include "document/TVortelMasterDevice.h"
 #include "effects/TVortelMasterDspDevice.h"
 #include "effects/TVortelPassThroughDspDevice.h"
 #include "effects/TVortelRetriggerDspDevice.h"
