@@ -8,48 +8,55 @@
 #include <cstdint>
 #include <typeinfo>
 
-/// One element of a document list comes or goes.
-class TDocumentListElementObservable : public TObservableOneShotBang {
+/// Base of what a document list reports.
+class TDocumentListEvent : public TObservableOneShotBang {
 public:
-	TDocumentListElementObservable(TDocumentListBase* list, TDocumentNode* element, int32_t index);
-	~TDocumentListElementObservable() override;
+	~TDocumentListEvent() override;
 
 	/// Null when the list is gone.
 	TDocumentListBase* List() const noexcept { return mpList.Get(); }
 
+protected:
+	explicit TDocumentListEvent(TDocumentListBase* list);
+
+private:
+	TWeakPtr<TDocumentListBase> mpList;
+};
+
+/// One element comes or goes.
+class TDocumentListElementEvent : public TDocumentListEvent {
+public:
 	TDocumentNode* Element() const noexcept { return mpElement.Get(); }
 
 	int32_t Index() const noexcept { return mIndex; }
 
+protected:
+	TDocumentListElementEvent(TDocumentListBase* list, TDocumentNode* element, int32_t index);
+
 private:
-	TWeakPtr<TDocumentListBase> mpList;
 	TPtr<TDocumentNode> mpElement;
 	int32_t mIndex;
 };
 
-class TDocumentWasAddedObservable final : public TDocumentListElementObservable {
+class TDocumentWasAddedObservable final : public TDocumentListElementEvent {
 public:
-	using TDocumentListElementObservable::TDocumentListElementObservable;
+	TDocumentWasAddedObservable(TDocumentListBase* list, TDocumentNode* element, int32_t index);
 };
 
-class TDocumentWasRemovedObservable final : public TDocumentListElementObservable {
+class TDocumentWasRemovedObservable final : public TDocumentListElementEvent {
 public:
-	using TDocumentListElementObservable::TDocumentListElementObservable;
+	TDocumentWasRemovedObservable(TDocumentListBase* list, TDocumentNode* element, int32_t index);
 };
 
-class TDocumentListElementsSwappedObservable final : public TObservableOneShotBang {
+class TDocumentListElementsSwappedObservable final : public TDocumentListEvent {
 public:
 	TDocumentListElementsSwappedObservable(TDocumentListBase* list, int32_t index1, int32_t index2);
-	~TDocumentListElementsSwappedObservable() override;
-
-	TDocumentListBase* List() const noexcept { return mpList.Get(); }
 
 	int32_t Index1() const noexcept { return mIndex1; }
 
 	int32_t Index2() const noexcept { return mIndex2; }
 
 private:
-	TWeakPtr<TDocumentListBase> mpList;
 	int32_t mIndex1;
 	int32_t mIndex2;
 };
@@ -114,11 +121,12 @@ protected:
 	const TPtr<TDocumentNode>& ElementNode(int32_t index) const noexcept { return mElements[index]; }
 
 	TString PathStepTo(const TDocumentNode* child) const override;
-	TDocumentNode* ElementAt(int32_t index) override;
+	TDocumentNode* ElementAt(int32_t index) const override;
 
 private:
 	TString ElementNameFor(const TDocumentNode* element) const;
 	TString ClassForElementName(const TString& name) const;
+	void NameNestedList(TDocumentNode* element) const;
 
 	int32_t FirstElementChild() const noexcept { return Children().Count() - mElements.Count(); }
 

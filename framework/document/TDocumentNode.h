@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string_view>
 
 class TDocumentByteBag;
 class TDocumentListBase;
@@ -66,16 +67,16 @@ public:
 	/// A comment in the node's element, behind what was declared before it.
 	void AddComment(const TString& text);
 
+	/// A comment stands among the values: without a value, the text as its name.
 	const TList<TValueProperty>& Properties() const noexcept { return mObservables; }
 
 	const TList<TChildProperty>& Children() const noexcept { return mChildren; }
 
 	const TList<TAttribute>& Attributes() const noexcept;
-	/// Calls one of the three for each declared member, in the order of declaration. Comments carry only their text.
+	/// Calls one of the two for each declared member, in the order of declaration.
 	void VisitMembers(
 	    const std::function<void(const TValueProperty&)>& onValue,
-	    const std::function<void(const TChildProperty&)>& onChild,
-	    const std::function<void(const TString&)>& onComment) const;
+	    const std::function<void(const TChildProperty&)>& onChild) const;
 
 	TDocumentNode* Parent() const noexcept { return mpParent.Get(); }
 
@@ -87,23 +88,27 @@ public:
 
 	/// The name under which the parent has declared this node; empty without one.
 	TString NameInParent() const;
+	/// TPropertyFlags; 0 for what is no child.
+	uint32_t FlagsOfChild(const TDocumentNode* child) const noexcept;
 
 	/// "/" + names on the way from the root, "[index]" for an element of a list; "/" for the root itself. Empty if the
 	/// node is not below the root.
 	TString BuildPath(const TDocumentNode* root) const;
-	/// The same for a value of this node, also one within observable lists.
+	/// The same for a value of this node, also one within its observable lists.
 	TString BuildValuePath(const TObservable* value, const TDocumentNode* root) const;
+	/// The last part of that: the value's name, or the list's and "[index]" for each list on the way.
+	TString RelativeValuePath(const TObservable* value) const;
 	/// Null for an unknown step. "/" is the node itself.
-	TDocumentNode* ChildAtPath(const TString& path);
-	TObservable* ValueAtPath(const TString& path);
+	TDocumentNode* ChildAtPath(const TString& path) const;
+	TObservable* ValueAtPath(const TString& path) const;
 	/// Empty for what is not declared here.
 	TString NameOfProperty(const TObservable* value) const;
 
-	/// Marks this node and all above it as modified.
+	/// Marks this node and all above it as modified, with both marks.
 	void Touch();
-	/// Takes the mark off the whole subtree.
+	/// Takes both marks off the whole subtree.
 	void ClearModified();
-	/// The second mark is set by Touch too, and is taken off by whoever uses it.
+	/// Takes the second mark off the whole subtree.
 	void ClearSecondaryModified();
 
 	bool IsModified() const noexcept { return mIsModified; }
@@ -188,18 +193,20 @@ protected:
 	void BeginUndoRedo();
 	void EndUndoRedo();
 
-	void RefreshStoredTypeName();
+	/// Gives the element a "type" attribute, or refreshes it.
+	void StoreTypeName();
 	void SwapChildren(int32_t index1, int32_t index2);
 	/// The step that leads from this node to the child: "/" + name, or "[index]".
 	virtual TString PathStepTo(const TDocumentNode* child) const;
 
 	/// What a path means by "[index]" on this node.
-	virtual TDocumentNode* ElementAt(int32_t /*index*/) { return nullptr; }
+	virtual TDocumentNode* ElementAt(int32_t /*index*/) const { return nullptr; }
 
 private:
 	friend class TDocumentListBase;
 
 	struct TExtras;
+	struct TPathStep;
 
 	void SetParent(TDocumentNode* parent);
 	void InheritState(const TDocumentNode& parent, uint32_t flags);
@@ -207,14 +214,17 @@ private:
 	void VisitSubtree(uint32_t mask, const TVisit& visit);
 	template <class TVisit>
 	void VisitSubtreeBottomUp(uint32_t mask, const TVisit& visit);
-	void AppendProperty(TObservable* value, const TString& name, uint32_t flags);
-	void RecallChildren(int32_t from, int32_t difference) noexcept;
+	void CountChild(int32_t index, int32_t difference) noexcept;
 	int32_t IndexOfChild(const TDocumentNode* node) const noexcept;
 	TExtras& Extras();
+	void ObserveValue(TObservable* value);
+	void StopObservingValue(TObservable* value);
 	void ObserveChild(TDocumentNode* node);
 	void StopObservingChild(TDocumentNode* node);
-	void OnValueChange(TObservable* value, int32_t reason);
-	void OnStructureChange(TObservable* event, int32_t reason);
+	TDocumentNode* ChildAtStep(const TPathStep& step) const;
+	TDocumentNode* ChildAt(std::u16string_view path) const;
+	TObservable* ValueAt(std::u16string_view path) const;
+	void OnChange(TObservable* source, int32_t reason);
 
 	TList<TValueProperty> mObservables;
 	TList<TChildProperty> mChildren;

@@ -12,73 +12,83 @@
 
 class TObservableListBase;
 
-/// One element of an observable list comes or goes. Keeps the element alive.
-class TObservableListElementObservable : public TObservableOneShotBang {
+/// Base of what a list reports.
+class TObservableListEvent : public TObservableOneShotBang {
 public:
-	TObservableListElementObservable(
-	    TObservableListBase* list, TObservable* element, const TPtr<TReferenceCountable>& keepAlive, int32_t index);
-	~TObservableListElementObservable() override;
+	~TObservableListEvent() override;
 
 	/// Null when the list is gone.
 	TObservableListBase* List() const noexcept { return mpList.Get(); }
 
+	/// The list itself, or the element or what within it has changed.
+	virtual TObservable* ChangedObservable() const;
+
+protected:
+	explicit TObservableListEvent(TObservableListBase* list);
+
+private:
+	TWeakPtr<TObservableListBase> mpList;
+};
+
+/// Something about one element, which it keeps alive.
+class TObservableListElementEvent : public TObservableListEvent {
+public:
 	TObservable* Element() const noexcept { return mpElement; }
+
+protected:
+	TObservableListElementEvent(
+	    TObservableListBase* list, TObservable* element, const TPtr<TReferenceCountable>& keepAlive);
+
+private:
+	TPtr<TReferenceCountable> mpKeepAlive;
+	TObservable* mpElement;
+};
+
+class TObservableWasAddedObservable final : public TObservableListElementEvent {
+public:
+	TObservableWasAddedObservable(
+	    TObservableListBase* list, TObservable* element, const TPtr<TReferenceCountable>& keepAlive, int32_t index);
 
 	int32_t Index() const noexcept { return mIndex; }
 
 private:
-	TWeakPtr<TObservableListBase> mpList;
-	TPtr<TReferenceCountable> mpKeepAlive;
-	TObservable* mpElement;
 	int32_t mIndex;
 };
 
-class TObservableWasAddedObservable final : public TObservableListElementObservable {
+class TObservableWasRemovedObservable final : public TObservableListElementEvent {
 public:
-	using TObservableListElementObservable::TObservableListElementObservable;
+	TObservableWasRemovedObservable(
+	    TObservableListBase* list, TObservable* element, const TPtr<TReferenceCountable>& keepAlive, int32_t index);
+
+	int32_t Index() const noexcept { return mIndex; }
+
+private:
+	int32_t mIndex;
 };
 
-class TObservableWasRemovedObservable final : public TObservableListElementObservable {
-public:
-	using TObservableListElementObservable::TObservableListElementObservable;
-};
-
-class TObservablesSwappedObservable final : public TObservableOneShotBang {
+class TObservablesSwappedObservable final : public TObservableListEvent {
 public:
 	TObservablesSwappedObservable(TObservableListBase* list, int32_t index1, int32_t index2);
-	~TObservablesSwappedObservable() override;
-
-	TObservableListBase* List() const noexcept { return mpList.Get(); }
 
 	int32_t Index1() const noexcept { return mIndex1; }
 
 	int32_t Index2() const noexcept { return mIndex2; }
 
 private:
-	TWeakPtr<TObservableListBase> mpList;
 	int32_t mIndex1;
 	int32_t mIndex2;
 };
 
 /// An element changes, or something within an element that is a list itself.
-class TObservableChangedObservable final : public TObservableOneShotBang {
+class TObservableChangedObservable final : public TObservableListElementEvent {
 public:
 	TObservableChangedObservable(
 	    TObservableListBase* list, TObservable* element, const TPtr<TReferenceCountable>& keepAlive,
 	    TObservable* changed);
-	~TObservableChangedObservable() override;
 
-	TObservableListBase* List() const noexcept { return mpList.Get(); }
-
-	TObservable* Element() const noexcept { return mpElement; }
-
-	/// The element, or what changed within it.
-	TObservable* ChangedObservable() const noexcept { return mpChanged; }
+	TObservable* ChangedObservable() const override { return mpChanged; }
 
 private:
-	TWeakPtr<TObservableListBase> mpList;
-	TPtr<TReferenceCountable> mpKeepAlive;
-	TObservable* mpElement;
 	TObservable* mpChanged;
 };
 
@@ -127,6 +137,8 @@ public:
 
 	/// The owner's name for the list + "[index]" for each list down to the element; empty if it is not in here.
 	TString BuildPath(const TObservable* element) const;
+	/// The same without the name.
+	TString RelativePath(const TObservable* element) const;
 	/// Takes such a path; what stands before the first "[" is not looked at. Null for an unknown one.
 	TObservable* ElementAtPath(const TString& path) const;
 
@@ -158,15 +170,18 @@ protected:
 
 	/// What keeps the element alive beyond its time in the list.
 	virtual TPtr<TReferenceCountable> MakeKeepAlive(TObservable* element) = 0;
+	TObservable* InsertNewElement(int32_t index);
 	/// For the destructor of the class that has DestroyElement: without events.
 	void DestroyElements();
 
 private:
+	template <class TEvent, class... TArguments>
+	void
+	FireForElement(const TObservable& prototype, int32_t reason, TObservable* element, const TArguments&... arguments);
 	void FireChanged(TObservable* element, TObservable* changed, int32_t reason);
 	void Observe(TObservable* element);
 	void StopObserving(TObservable* element);
 	void NameNestedList(TObservable* element) const;
-	bool AppendPath(const TObservable* element, TString& path) const;
 	void OnElementChange(TObservable* element, int32_t reason);
 	void OnNestedListEvent(TObservable* event, int32_t reason);
 
@@ -197,16 +212,7 @@ public:
 	/// A new element at the end.
 	T* Append() { return InsertNew(Size()); }
 
-	T* InsertNew(int32_t index) {
-		TObservable* element = CreateElement();
-		try {
-			Insert(element, index);
-		} catch (...) {
-			DestroyElement(element);
-			throw;
-		}
-		return static_cast<T*>(element);
-	}
+	T* InsertNew(int32_t index) { return static_cast<T*>(InsertNewElement(index)); }
 
 	TObservable* CreateElement() override {
 		auto* element = new TCountedElement;

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <string_view>
 
 /// A list of numbers that is one leaf of the document. Its text is one line, the elements joined by blanks.
 /// Notifications are fired by the owner, around bulk edits.
@@ -16,8 +17,18 @@ public:
 protected:
 	/// Blanks inside an element's text stand behind a backslash.
 	static TString JoinElements(const TList<TString>& elements);
-	static TList<TString> SplitElements(const TString& text);
+	static int32_t CountElements(std::u16string_view text);
+	/// Cuts the first element off.
+	static std::u16string_view TakeElement(std::u16string_view& text);
+	/// 0 for what does not parse.
+	template <class T>
+	static T ParseElement(std::u16string_view text);
 };
+
+template <>
+int TSerializableListBase::ParseElement<int>(std::u16string_view text);
+template <>
+float TSerializableListBase::ParseElement<float>(std::u16string_view text);
 
 /// Elements may be read on any thread while one thread stores elements; the number of elements changes only while
 /// nobody else reads. No index is checked.
@@ -52,10 +63,10 @@ public:
 
 	/// An element that does not parse becomes 0. An empty text empties the list.
 	void FromString(const TString& text) override {
-		const TList<TString> texts = SplitElements(text);
-		Resize(texts.Count());
-		for (int32_t i = 0; i < texts.Count(); ++i)
-			Store(i, ParseElement(texts[i]));
+		std::u16string_view rest = text.View();
+		Resize(CountElements(rest));
+		for (int32_t i = 0; i < this->Count(); ++i)
+			Store(i, ParseElement<T>(TakeElement(rest)));
 	}
 
 private:
@@ -63,10 +74,5 @@ private:
 
 	std::atomic_ref<T> Word(int32_t index) const noexcept {
 		return std::atomic_ref<T>(const_cast<T&>(TList<T>::operator[](index)));
-	}
-
-	static T ParseElement(const TString& text) {
-		T value{};
-		return TString::FromString(text, value) ? value : T{};
 	}
 };

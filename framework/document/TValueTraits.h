@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "framework/foundation/TDirectory.h"
 #include "framework/foundation/TString.h"
 
 #include <atomic>
@@ -25,6 +26,18 @@ struct TValueTraits<TString> {
 
 	static bool FromString(const TString& text, TString& value) {
 		value = text;
+		return true;
+	}
+};
+
+template <>
+struct TValueTraits<TDirectory> {
+	static constexpr bool kIsPlainText = false;
+
+	static TString ToString(const TDirectory& value) { return value.Path(); }
+
+	static bool FromString(const TString& text, TDirectory& value) {
+		value = TDirectory(text);
 		return true;
 	}
 };

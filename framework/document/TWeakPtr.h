@@ -7,7 +7,7 @@
 #include <atomic>
 #include <cstddef>
 
-/// Weak reference: reads as null once the object's destruction has begun. Reading takes no lock and is safe on any
+/// Weak reference: reads as null once the object is gone. Reading takes no lock and is safe on any
 /// thread; what it gives is safe to use where the object cannot die meanwhile (as a rule: the main thread).
 /// Pointing it elsewhere is for one thread at a time.
 template <class T>
@@ -22,6 +22,8 @@ public:
 	TWeakPtr(const TPtr<T>& object) { Set(object.Get()); }
 
 	TWeakPtr(const TWeakPtr& other) : TWeakRefOwner() { CopyFrom(other); }
+
+	~TWeakPtr() override { Point(nullptr); }
 
 	TWeakPtr& operator=(const TWeakPtr& other) {
 		if (this != &other)
@@ -48,6 +50,8 @@ public:
 
 private:
 	void Set(T* object) {
+		if (!object && !IsInList())
+			return;
 		const TLock lock = Lock();
 		Point(object);
 		mpObject.store(object, std::memory_order_release);

@@ -27,33 +27,38 @@ private:
 	std::atomic<TWeakRefOwner*> mpFirstWeakReference{nullptr};
 };
 
-/// Base of every weak pointer: one entry in the list of its target.
+/// Base of every weak pointer: one entry in the list of its target. The destructor of the derived class calls
+/// Point(nullptr), since until then the target may still call it.
 class TWeakRefOwner {
 public:
-	virtual ~TWeakRefOwner() { Point(nullptr); }
+	virtual ~TWeakRefOwner() = default;
+	TWeakRefOwner(const TWeakRefOwner&) = delete;
+	TWeakRefOwner& operator=(const TWeakRefOwner&) = delete;
 
 protected:
 	using TLock = std::unique_lock<std::recursive_mutex>;
 
 	TWeakRefOwner() noexcept = default;
-	TWeakRefOwner(const TWeakRefOwner&) = delete;
-	TWeakRefOwner& operator=(const TWeakRefOwner&) = delete;
 
 	static TLock Lock();
 
-	/// Leaves the list of the old target and enters the one of the new. Null for none.
+	/// Leaves the list of the old target and enters the one of the new. Null for none; free of locks if there was none.
 	void Point(TWeakReferenceable* target);
-	/// With the lock held, from the target's destructor; the reference has left the list.
+
+	bool IsInList() const noexcept { return mppPlace.load(std::memory_order_acquire) != nullptr; }
+
+	/// From the target's destructor, under the lock.
 	virtual void OnWeakTargetDestroyed() = 0;
 
 private:
 	friend class TWeakReferenceable;
+	using TLink = std::atomic<TWeakRefOwner*>;
 
 	void Enter(TWeakReferenceable& target) noexcept;
 	void Leave() noexcept;
 
-	TWeakRefOwner* mpNext = nullptr;
-	// Where the list points to this entry: the target's head or the entry before. Null: in no list.
-	std::atomic<TWeakRefOwner*>* mppHead = nullptr;
-	TWeakRefOwner* mpPrevious = nullptr;
+	TLink mpNext{nullptr};
+	// What points to this entry: the target's head or the entry before. Null: in no list. Clearing it is the last that
+	// a dying target does here.
+	std::atomic<TLink*> mppPlace{nullptr};
 };

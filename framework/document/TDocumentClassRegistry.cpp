@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "framework/document/TDocumentClassRegistry.h"
+
+#include "framework/document/TDocumentNode.h"
+#include "framework/document/TNameRules.h"
+
+#include <map>
+#include <mutex>
+
+namespace {
+
+struct TRegistry {
+	std::mutex mLock;
+	std::map<TString, TDocumentClassRegistry::TFactory> mFactories;
+};
+
+TRegistry& Registry() {
+	static TRegistry sRegistry;
+	return sRegistry;
+}
+
+TDocumentClassRegistry::TFactory FindFactory(const TString& name) {
+	TRegistry& registry = Registry();
+	const std::lock_guard guard(registry.mLock);
+	for (const TString& form :
+	     {name, TNameRules::ClassNameToTypeName(name), TNameRules::ClassNameToElementName(name)}) {
+		const auto found = registry.mFactories.find(form);
+		if (found != registry.mFactories.end())
+			return found->second;
+	}
+	return nullptr;
+}
+
+} // namespace
+
+void TDocumentClassRegistry::RegisterClass(const TString& typeName, TFactory factory) {
+	TRegistry& registry = Registry();
+	const std::lock_guard guard(registry.mLock);
+	registry.mFactories[TNameRules::ClassNameToTypeName(typeName)] = factory;
+}
+
+TPtr<TDocumentNode> TDocumentClassRegistry::CreateByTypeName(const TString& name) {
+	const TFactory factory = FindFactory(name);
+	return factory ? TPtr<TDocumentNode>(factory()) : TPtr<TDocumentNode>();
+}
