@@ -26,6 +26,9 @@ public:
 
 	bool IsEmpty() const noexcept { return mHead.load() == nullptr; }
 
+	/// Empty, and the last command taken from it has run to its end.
+	bool HasFinished() const noexcept { return IsEmpty() && mProcessing.load() == 0; }
+
 	bool IsHeld() const noexcept { return mHoldCount.load() > 0; }
 
 	bool HasWork() const noexcept { return !IsEmpty() && !IsHeld(); }

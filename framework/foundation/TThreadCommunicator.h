@@ -67,6 +67,7 @@ private:
 
 	TCriticalSection& DrainLock(int32_t receiver) { return mDrainLocks[static_cast<std::size_t>(receiver)]; }
 
+	bool IsDone(int32_t sender, int32_t receiver) const noexcept;
 	bool RunInPlaceOf(int32_t sender, int32_t receiver);
 	bool RunInPlaceOfAll();
 	void WaitUntilDone(int32_t sender, int32_t receiver);

@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "framework/foundation/TThreadCommunicator.h"
+
+#include "framework/foundation/TLog.h"
+#include "framework/foundation/TStopwatch.h"
+
+#include <chrono>
+#include <memory>
+#include <thread>
+
+namespace {
+
+constexpr float kLongestWaitForAudio = 100; // milliseconds
+constexpr float kLongestWait = 10000;       // milliseconds
+constexpr std::chrono::milliseconds kAudioPollInterval{1};
+constexpr std::chrono::milliseconds kPollInterval{10};
+constexpr int kFlushPasses = 5;
+
+/// Looks at least once. False when the time has passed.
+template <class TCondition>
+bool PollUntil(float longest, std::chrono::milliseconds interval, TCondition condition) {
+	const TStopwatch stopwatch;
+	while (!condition()) {
+		if (stopwatch.ElapsedMilliseconds() >= longest)
+			return false;
+		std::this_thread::sleep_for(interval);
+	}
+	return true;
+}
+
+} // namespace
+
+TThreadCommunicator::TThreadCommunicator() {
+	for (auto& row : mQueues)
+		for (auto& queue : row)
+			queue = std::make_unique<TCommandQueue>();
+}
+
+void TThreadCommunicator::Post(int32_t receiver, TCommand* command) noexcept {
+	if (receiver == kNoThread)
+		return;
+	const int32_t sender = TThreadManager::Instance()->CurrentThread();
+	Queue(sender == kNoThread ? kSenderWithoutRole : sender, receiver).Push(command);
+}
+
+bool TThreadCommunicator::HasCommandsFor(int32_t receiver) const noexcept {
+	for (int32_t sender = 0; sender <= kSenderWithoutRole; ++sender)
+		if (!Queue(sender, receiver).IsEmpty())
+			return true;
+	return false;
+}
+
+void TThreadCommunicator::ProcessCommands() {
+	const int32_t receiver = TThreadManager::Instance()->CurrentThread();
+	if (receiver == kNoThread || !HasCommandsFor(receiver))
+		return;
+	TCriticalSection::TGuard guard(DrainLock(receiver));
+	for (int32_t sender = 0; sender <= kSenderWithoutRole; ++sender)
+		Queue(sender, receiver).Drain();
+}
+
+void TThreadCommunicator::WaitForThread(int32_t receiver) {
+	TThreadManager* manager = TThreadManager::Instance();
+	const int32_t sender = manager->CurrentThread();
+	if (sender == kNoThread || receiver == kNoThread || sender == receiver || IsDone(sender, receiver))
+		return;
+	if (manager->IsAttached(receiver) || !RunInPlaceOf(sender, receiver))
+		WaitUntilDone(sender, receiver);
+}
+
+void TThreadCommunicator::WaitForAllThreads(int32_t sender) {
+	if (sender == kNoThread)
+		return;
+	TThreadManager* manager = TThreadManager::Instance();
+	const int32_t current = manager->CurrentThread();
+	for (int32_t receiver = 0; receiver < kNumberOfThreads; ++receiver) {
+		if (receiver == sender || IsDone(sender, receiver))
+			continue;
+		if (receiver == current)
+			DrainLocked(sender, receiver);
+		else if (current != sender || manager->IsAttached(receiver) || !RunInPlaceOf(sender, receiver))
+			WaitUntilDone(sender, receiver);
+	}
+}
+
+bool TThreadCommunicator::IsDone(int32_t sender, int32_t receiver) const noexcept {
+	const TCommandQueue& queue = Queue(sender, receiver);
+	return queue.IsHeld() || queue.HasFinished();
+}
+
+/// True when nothing is left to wait for.
+bool TThreadCommunicator::RunInPlaceOf(int32_t sender, int32_t receiver) {
+	TThreadManager* manager = TThreadManager::Instance();
+	if (receiver == kAudioThread) {
+		// A host that runs comes by within a block or two and had better run its commands itself.
+		PollUntil(kLongestWaitForAudio, kAudioPollInterval, [&] {
+			return manager->IsAttached(receiver) || IsDone(sender, receiver);
+		});
+		if (IsDone(sender, receiver))
+			return true;
+	}
+	TCriticalSection::TGuard guard(manager->Lock(receiver));
+	if (manager->IsAttached(receiver) || Queue(sender, receiver).IsEmpty())
+		return false;
+	manager->Detach(sender);
+	manager->Attach(receiver);
+	DrainLocked(sender, receiver);
+	manager->Detach(receiver);
+	manager->Attach(sender);
+	return true;
+}
+
+void TThreadCommunicator::WaitUntilDone(int32_t sender, int32_t receiver) {
+	if (!PollUntil(kLongestWait, kPollInterval, [&] { return IsDone(sender, receiver); }))
+		TLog::Instance()->Log(
+		    "Threads", "Timeout while waiting for Thread%d to finish its commands!!", static_cast<int>(receiver));
+}
+
+void TThreadCommunicator::DrainLocked(int32_t sender, int32_t receiver) {
+	TCriticalSection::TGuard guard(DrainLock(receiver));
+	Queue(sender, receiver).Drain();
+}
+
+void TThreadCommunicator::FlushAllCommands() {
+	TThreadManager* manager = TThreadManager::Instance();
+	manager->Detach(kMainThread);
+	for (int pass = 0; pass < kFlushPasses && RunInPlaceOfAll(); ++pass) {
+	}
+	manager->Attach(kMainThread);
+}
+
+/// True if there was anything to run.
+bool TThreadCommunicator::RunInPlaceOfAll() {
+	TThreadManager* manager = TThreadManager::Instance();
+	bool found = false;
+	for (int32_t receiver = 0; receiver < kNumberOfThreads; ++receiver) {
+		TCriticalSection::TGuard guard(manager->Lock(receiver));
+		manager->Attach(receiver);
+		for (int32_t sender = 0; sender <= kSenderWithoutRole; ++sender) {
+			if (!Queue(sender, receiver).HasWork())
+				continue;
+			found = true;
+			DrainLocked(sender, receiver);
+		}
+		manager->Detach(receiver);
+	}
+	return found;
+}
+
+void TThreadCommunicator::DropAllCommands() {
+	for (auto& row : mQueues)
+		for (auto& queue : row)
+			queue->Drop();
+}
+
+void TThreadCommunicator::HoldQueues(int32_t sender, int32_t receiver) {
+	if (sender != kNoThread && receiver != kNoThread)
+		Queue(sender, receiver).Hold();
+}
+
+void TThreadCommunicator::ReleaseQueues(int32_t sender, int32_t receiver) {
+	if (sender != kNoThread && receiver != kNoThread)
+		Queue(sender, receiver).Release();
+}
+
+THoldCommands::THoldCommands(int32_t sender) : mSender(sender) {
+	for (int32_t receiver = 0; receiver < kNumberOfThreads; ++receiver)
+		TThreadCommunicator::Instance()->HoldQueues(mSender, receiver);
+}
+
+THoldCommands::~THoldCommands() {
+	for (int32_t receiver = 0; receiver < kNumberOfThreads; ++receiver)
+		TThreadCommunicator::Instance()->ReleaseQueues(mSender, receiver);
+}
