@@ -14,12 +14,16 @@
 /// lock, and one that all other threads share.
 class TCommandPoolGlobals final : public TSingleton<TCommandPoolGlobals> {
 public:
+	/// The program itself has no workers.
 	explicit TCommandPoolGlobals(std::size_t numberOfWorkerPools = 0);
 	~TCommandPoolGlobals() override = default;
 
 	/// From the calling thread's pool; null if that cannot grow.
 	void* Allocate(std::size_t size);
 	void Free(void* memory) noexcept;
+
+	/// Held for a few instructions whenever a command is deleted, on the audio thread too.
+	TCriticalSection& Lock() { return mLock; }
 
 private:
 	/// The memory of commands that still wait is about to go.

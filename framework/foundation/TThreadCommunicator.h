@@ -56,6 +56,9 @@ public:
 	void HoldQueues(int32_t sender, int32_t receiver);
 	void ReleaseQueues(int32_t sender, int32_t receiver);
 
+	/// Held while a receiver's queues are drained.
+	TCriticalSection& DrainLock(int32_t receiver) { return mDrainLocks[static_cast<std::size_t>(receiver)]; }
+
 private:
 	static constexpr std::size_t kReceivers = kNumberOfThreads;
 	static constexpr std::size_t kSenders = kReceivers + 1;
@@ -64,8 +67,6 @@ private:
 	TCommandQueue& Queue(int32_t sender, int32_t receiver) const noexcept {
 		return *mQueues[static_cast<std::size_t>(sender)][static_cast<std::size_t>(receiver)];
 	}
-
-	TCriticalSection& DrainLock(int32_t receiver) { return mDrainLocks[static_cast<std::size_t>(receiver)]; }
 
 	bool IsDone(int32_t sender, int32_t receiver) const noexcept;
 	bool RunInPlaceOf(int32_t sender, int32_t receiver);

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "framework/foundation/TThreadManager.h"
+#include "tests/support/TFrameworkFixture.h"
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+namespace {
+
+class TThreadManagerTest : public TFrameworkFixture {
+protected:
+	TThreadManager& Manager() { return *TThreadManager::Instance(); }
+};
+
+} // namespace
+
+TEST_F(TThreadManagerTest, NestedScopesGiveRolesBackInOrder) {
+	EXPECT_TRUE(Manager().IsCurrentThread(kMainThread));
+	{
+		TThreadManager::TScope none(kNoThread);
+		EXPECT_FALSE(Manager().IsAttached(kMainThread));
+		TThreadManager::TScope audio(kAudioThread);
+		EXPECT_TRUE(Manager().IsCurrentThread(kAudioThread));
+		TThreadManager::TScope again(kAudioThread);
+		again.Release();
+		EXPECT_TRUE(Manager().IsAttached(kAudioThread));
+		audio.Release();
+		EXPECT_FALSE(Manager().IsAttached(kAudioThread));
+	}
+	EXPECT_TRUE(Manager().IsCurrentThread(kMainThread));
+	EXPECT_TRUE(Manager().IsAttached(kMainThread));
+}
+
+TEST_F(TThreadManagerTest, WorkerDoesNotPlayItsOwnersRole) {
+	TThreadManager::TScope worker(kAudioThread, 1);
+	EXPECT_EQ(Manager().CurrentThread(), kNoThread);
+	EXPECT_EQ(Manager().CurrentOwnerThread(), kAudioThread);
+	EXPECT_EQ(Manager().CurrentWorkerIndex(), 1);
+	EXPECT_TRUE(Manager().IsWorkerOf(kAudioThread));
+	EXPECT_FALSE(Manager().IsAttached(kAudioThread));
+}
+
+TEST_F(TThreadManagerTest, ScopeWaitsForWhoImpersonatesTheRole) {
+	int written = 0;
+	std::thread audio;
+	std::atomic<bool> arrived = false;
+	{
+		TCriticalSection::TGuard guard(Manager().Lock(kAudioThread));
+		audio = std::thread([&] {
+			TGlobalStorageScope storage(StorageId());
+			arrived = true;
+			TThreadManager::TScope scope(kAudioThread);
+			EXPECT_EQ(written, 1);
+		});
+		while (!arrived)
+			std::this_thread::yield();
+		EXPECT_FALSE(Manager().IsAttached(kAudioThread));
+		written = 1;
+	}
+	audio.join();
+}
+
+TEST_F(TThreadManagerTest, HundredThreadsInManyInstancesKeepTheirRolesApart) {
+	std::vector<int32_t> storages{StorageId()};
+	while (storages.size() < 10)
+		storages.push_back(TGlobalStorage::CreateStorage());
+	const auto visitAll = [&storages](int32_t role) {
+		for (int32_t id : storages) {
+			TGlobalStorageScope storage(id);
+			EXPECT_EQ(TThreadManager::Instance()->CurrentThread(), kNoThread);
+			TThreadManager::TScope scope(role, 0);
+			TGlobalStorageScope other(storages.front());
+			EXPECT_EQ(TThreadManager::Instance()->CurrentOwnerThread(), id == storages.front() ? role : kNoThread);
+		}
+	};
+	std::vector<std::thread> threads;
+	for (int i = 0; i < 100; ++i)
+		threads.emplace_back(visitAll, i % kNumberOfThreads);
+	for (std::thread& thread : threads)
+		thread.join();
+	for (int32_t id : storages) {
+		TGlobalStorageScope storage(id);
+		EXPECT_TRUE(TThreadManager::Instance()->IsCurrentThread(kMainThread));
+	}
+	for (std::size_t i = 1; i < storages.size(); ++i)
+		TGlobalStorage::DestroyStorage(storages[i]);
+}
