@@ -6,6 +6,7 @@
 #include "framework/foundation/TThreadCommunicator.h"
 #include "tests/support/TFrameworkFixture.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <random>
@@ -100,7 +101,7 @@ TEST_F(TCommandPoolTest, EachRoleAllocatesFromItsOwnPool) {
 		return static_cast<std::byte*>(pools.Allocate(32));
 	};
 	std::set<void*> first;
-	for (const auto [role, worker] :
+	for (const auto& [role, worker] :
 	     {std::pair{kMainThread, -1}, {kAudioThread, -1}, {kAudioThread, 0}, {kAudioThread, 1}}) {
 		void* memory = allocateAs(role, worker);
 		pools.Free(memory);

@@ -3,6 +3,7 @@
 #include "framework/foundation/TPtr.h"
 #include "tests/support/TFrameworkFixture.h"
 
+#include <algorithm>
 #include <random>
 #include <vector>
 
