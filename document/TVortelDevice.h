@@ -79,9 +79,6 @@ protected:
 	/// Fills the rest of the device's ids.
 	void AddUnusedParameters();
 
-	/// Opens an undo step for its life.
-	class [[nodiscard]] TUndoStep;
-
 private:
 	TPtr<TVortelValueConverter> ConverterFor(const TVortelParameterDeclaration& declaration) const;
 	void Register(const TPtr<TVortelDeviceParameter>& parameter);

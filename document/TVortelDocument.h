@@ -33,6 +33,7 @@ public:
 	static constexpr int32_t kNumberOfDevices = TVortelParameterTable::kNumberOfDevices;
 	static constexpr int32_t kNumberOfParameters = TVortelParameterTable::kNumberOfParameters;
 
+	/// What happens at the end of construction. So far every document starts with init programs, whatever they say.
 	struct TOptions {
 		bool mLoadDefaultBank = true;
 		bool mRandomizeOnLoad = false;
@@ -51,7 +52,8 @@ public:
 		TVortelDocument& mDocument;
 	};
 
-	explicit TVortelDocument(const TOptions& options = {});
+	TVortelDocument();
+	explicit TVortelDocument(const TOptions& options);
 	~TVortelDocument() override;
 
 	/// The tables answer for any index: it is taken into their range. Only Parameter gives null outside 0 to 209.
@@ -175,6 +177,7 @@ private:
 	void RegisterParameter(const TPtr<TVortelDeviceParameter>& parameter);
 	void DeclareMembers();
 	void CreateDevices();
+	void InitDevices();
 	template <class TDevice>
 	void CreateDevice(TDevice*& device);
 	void FillClipboards();

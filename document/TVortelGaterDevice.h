@@ -11,7 +11,6 @@ public:
 	explicit TVortelGaterDevice(TVortelDocument* document);
 
 	void OnInit() override;
-	void OnMutate() override;
 	void OnPaste(TVortelScene* source) override;
 	void OnCopy(TVortelScene* target) override;
 	void OnSceneChanged() override;
@@ -31,7 +30,8 @@ public:
 	TPtr<TVortelDeviceParameter> mpNumVolumeSteps;
 
 private:
-	void LoadStepLevels();
+	template <class TLevel>
+	void SetStepLevels(TLevel level);
 
 	std::array<float, 16> mStepLevels;
 	TObservableBang mStepsChangedBang;

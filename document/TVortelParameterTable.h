@@ -28,8 +28,6 @@ struct TVortelParameterDeclaration {
 	float mDefault = 0.0f;
 	bool mDefaultIsReal = false; // else normalised
 	const char* mToolTip = "";
-
-	constexpr bool IsUsed() const { return mToolTip[0] != 0 || mCurve == EVortelCurve::kEnum || mId % 10 == 0; }
 };
 
 /// One device and the block of ids that it owns.

@@ -8,7 +8,6 @@
 #include "framework/document/TSerializableList.h"
 
 #include <array>
-#include <span>
 
 enum EVortelTriggerMode : int32_t { kTriggerHost = 0, kTriggerGate = 1, kTriggerLatch = 2 };
 
@@ -78,10 +77,10 @@ public:
 	bool IsSkippedOnSave() override { return IsInitialized(); }
 
 private:
-	static bool IsValidOrder(std::span<const int32_t> order);
+	static bool IsValidOrder(const TDeviceOrder& order);
 	TDeviceOrder CurrentOrder() const;
 	void StoreOrder(const TDeviceOrder& order);
-	void RepairOrder();
+	void NotifyOrder(int32_t reason);
 
 	TObservableBaseType<TString> mName;
 	TObservableBaseType<int> mQuantizeFactor{0};

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/TVortelGaterDevice.h"
+
+#include "document/TVortelScene.h"
+
+TVortelGaterDevice::TVortelGaterDevice(TVortelDocument* document) : TVortelDevice(document, 8) {
+	for (int32_t i = 0; i < TVortelScene::kNumberOfGaterSteps; ++i)
+		mStepLevels[static_cast<std::size_t>(i)] = TVortelScene::DefaultGaterStep(i);
+	AddCommonParameters();
+	mpSmoothing = Add(157);
+	mpTime = Add(158);
+	mpTimeMode = Add<TVortelGaterTimeModeParameter>(159);
+	mpNumVolumeSteps = Add(160);
+	AddUnusedParameters();
+}
+
+template <class TLevel>
+void TVortelGaterDevice::SetStepLevels(TLevel level) {
+	mStepsChangedBang.BangBegin();
+	for (int32_t i = 0; i < TVortelScene::kNumberOfGaterSteps; ++i)
+		SetStepLevel(i, level(i));
+	mStepsChangedBang.Bang();
+}
+
+void TVortelGaterDevice::OnInit() {
+	SetStepLevels([](int32_t i) { return TVortelScene::DefaultGaterStep(i); });
+	mpNumVolumeSteps->SetRealValue(8.0f);
+}
+
+void TVortelGaterDevice::OnPaste(TVortelScene* source) {
+	SetStepLevels([source](int32_t i) { return source->GaterStep(i); });
+}
+
+void TVortelGaterDevice::OnCopy(TVortelScene* target) {
+	for (int32_t i = 0; i < TVortelScene::kNumberOfGaterSteps; ++i)
+		target->SetGaterStep(i, StepLevel(i));
+}
+
+void TVortelGaterDevice::OnSceneChanged() {
+	RefreshStepped();
+	if (const TVortelScene* scene = Scene())
+		SetStepLevels([scene](int32_t i) { return scene->GaterStep(i); });
+}
+
+void TVortelGaterDevice::RefreshStepped() {
+	mpTime->Converter()->SetStepped(mpTimeMode->RealValue() != 0.0f);
+}
+
+float TVortelGaterDevice::StepLevel(int32_t index) const noexcept {
+	const bool known = index >= 0 && index < TVortelScene::kNumberOfGaterSteps;
+	return known ? mStepLevels[static_cast<std::size_t>(index)] : 0.0f;
+}
+
+void TVortelGaterDevice::SetStepLevel(int32_t index, float level) {
+	if (index < 0 || index >= TVortelScene::kNumberOfGaterSteps)
+		return;
+	mStepLevels[static_cast<std::size_t>(index)] = level;
+	if (TVortelScene* scene = Scene())
+		scene->SetGaterStep(index, level);
+}
