@@ -5,30 +5,38 @@
 #include "document/TVortelUndoStep.h"
 
 TVortelDevice::TVortelDevice(TVortelDocument* document, int32_t deviceIndex)
-	: mpDocument(document), mDeviceIndex(deviceIndex), mName(TVortelParameterTable::Device(deviceIndex).mName),
-	  mFirstParameterId(TVortelParameterTable::Device(deviceIndex).mFirstId) {
+    : mpDocument(document),
+      mDeviceIndex(deviceIndex),
+      mName(TVortelParameterTable::Device(deviceIndex).mName),
+      mFirstParameterId(TVortelParameterTable::Device(deviceIndex).mFirstId) {
 	mpRandomWeight = Add(mFirstParameterId + TVortelParameterTable::kWeight);
 	document->ProgramChangedBang().AddObserver({this, &TVortelDevice::OnDocumentProgramChanged});
 	document->SceneChangedBang().AddObserver({this, &TVortelDevice::OnDocumentSceneChanged});
 }
 
-int32_t TVortelDevice::NumberOfParameters() const noexcept { return static_cast<int32_t>(mParameters.Count()); }
+int32_t TVortelDevice::NumberOfParameters() const noexcept {
+	return mParameters.Count();
+}
 
 TVortelDeviceParameter* TVortelDevice::Parameter(int32_t listIndex) const noexcept {
 	const bool known = listIndex >= 0 && listIndex < NumberOfParameters();
-	return known ? mParameters[static_cast<uint32_t>(listIndex)].Get() : nullptr;
+	return known ? mParameters[listIndex].Get() : nullptr;
 }
 
 void TVortelDevice::Init() {
-	const TVortelUndoStep step(Document(), "Init Parameters");
+	const TVortelUndoStep step(Document());
 	for (const auto& parameter : mParameters)
 		parameter->ResetToDefault();
 	OnInit();
 }
 
-void TVortelDevice::Randomize() { OnRandomize(); }
+void TVortelDevice::Randomize() {
+	OnRandomize();
+}
 
-void TVortelDevice::Mutate() { OnMutate(); }
+void TVortelDevice::Mutate() {
+	OnMutate();
+}
 
 void TVortelDevice::PasteParameters(TVortelScene* source) {
 	for (const auto& parameter : mParameters)

@@ -19,6 +19,7 @@ float Uniform(float low, float high) {
 class TBracket {
 public:
 	explicit TBracket(TObservableBang& bang) : mBang(bang) { mBang.BangBegin(); }
+
 	~TBracket() { mBang.Bang(); }
 
 private:
@@ -26,15 +27,15 @@ private:
 };
 
 float ProgramValue(
-	const TVortelDeviceParameter& parameter, TObservableBaseType<float>& (TVortelProgram::*value)() noexcept) {
+    const TVortelDeviceParameter& parameter, TObservableBaseType<float>& (TVortelProgram::*value)() noexcept) {
 	const TVortelDevice* device = parameter.Device();
 	TVortelProgram* program = device ? device->Program() : nullptr;
 	return program ? (program->*value)().Get() : parameter.Default();
 }
 
 void SetProgramValue(
-	const TVortelDeviceParameter& parameter, TObservableBaseType<float>& (TVortelProgram::*value)() noexcept,
-	float newValue) {
+    const TVortelDeviceParameter& parameter, TObservableBaseType<float>& (TVortelProgram::*value)() noexcept,
+    float newValue) {
 	const TVortelDevice* device = parameter.Device();
 	if (TVortelProgram* program = device ? device->Program() : nullptr)
 		(program->*value)().Set(newValue);
@@ -43,18 +44,23 @@ void SetProgramValue(
 } // namespace
 
 TVortelDeviceParameter::TVortelDeviceParameter(
-	TVortelDevice* device, const TVortelParameterDeclaration& declaration, const TPtr<TVortelValueConverter>& converter)
-	: mpDevice(device), mDeclaration(declaration), mName(declaration.mName), mpConverter(converter),
-	  mDefault(TVortelParameterTable::Defaults()[static_cast<std::size_t>(declaration.mId)]) {}
+    TVortelDevice* device, const TVortelParameterDeclaration& declaration, const TPtr<TVortelValueConverter>& converter)
+    : mpDevice(device),
+      mDeclaration(declaration),
+      mName(declaration.mName),
+      mpConverter(converter),
+      mDefault(TVortelParameterTable::Defaults()[static_cast<std::size_t>(declaration.mId)]) {}
 
 TString TVortelDeviceParameter::ToolTip() const {
 	const TVortelDeviceDeclaration& device =
-		TVortelParameterTable::Device(TVortelParameterTable::DeviceOfParameter(Id()));
+	    TVortelParameterTable::Device(TVortelParameterTable::DeviceOfParameter(Id()));
 	const TString toolTip = mDeclaration.mToolTip;
 	return Id() == device.mFirstId + TVortelParameterTable::kWeight ? TString(device.mName) + toolTip : toolTip;
 }
 
-void TVortelDeviceParameter::ResetToDefault() { SetValue(mDefault); }
+void TVortelDeviceParameter::ResetToDefault() {
+	SetValue(mDefault);
+}
 
 float TVortelDeviceParameter::NormalizedValue() const {
 	const TVortelDevice* device = Device();
@@ -68,7 +74,9 @@ void TVortelDeviceParameter::SetNormalizedValue(float value) {
 		scene->SetParameterValue(Id(), value);
 }
 
-float TVortelDeviceParameter::RealValue() const { return mpConverter->RealFromNormalized(Value()); }
+float TVortelDeviceParameter::RealValue() const {
+	return mpConverter->RealFromNormalized(Value());
+}
 
 void TVortelDeviceParameter::SetValue(float value) {
 	const TBracket bracket(mChangedBang);
@@ -80,13 +88,21 @@ void TVortelDeviceParameter::SetValueByUser(float value) {
 	SetValue(value);
 }
 
-void TVortelDeviceParameter::SetRealValue(float real) { SetValue(mpConverter->NormalizedFromReal(real)); }
+void TVortelDeviceParameter::SetRealValue(float real) {
+	SetValue(mpConverter->NormalizedFromReal(real));
+}
 
-void TVortelDeviceParameter::SetRealValueByUser(float real) { SetValueByUser(mpConverter->NormalizedFromReal(real)); }
+void TVortelDeviceParameter::SetRealValueByUser(float real) {
+	SetValueByUser(mpConverter->NormalizedFromReal(real));
+}
 
-TString TVortelDeviceParameter::ValueText() const { return ValueTextFor(Value()); }
+TString TVortelDeviceParameter::ValueText() const {
+	return ValueTextFor(Value());
+}
 
-TString TVortelDeviceParameter::ValueTextFor(float value) const { return mpConverter->TextFromNormalized(value); }
+TString TVortelDeviceParameter::ValueTextFor(float value) const {
+	return mpConverter->TextFromNormalized(value);
+}
 
 void TVortelDeviceParameter::SetValueFromText(const TString& text) {
 	float value = 0.0f;
@@ -98,7 +114,9 @@ bool TVortelDeviceParameter::ParseValueText(const TString& text, float* value) c
 	return mpConverter->NormalizedFromText(value, text);
 }
 
-void TVortelDeviceParameter::Randomize(float low, float high) { SetValue(Uniform(low, high)); }
+void TVortelDeviceParameter::Randomize(float low, float high) {
+	SetValue(Uniform(low, high));
+}
 
 void TVortelDeviceParameter::RandomizeReal(float low, float high) {
 	const float real = Uniform(low, high);
@@ -110,7 +128,9 @@ void TVortelDeviceParameter::Mutate(float amount) {
 	Randomize(std::max(0.0f, value - amount), std::min(1.0f, value + amount));
 }
 
-float TVortelMasterMixParameter::NormalizedValue() const { return ProgramValue(*this, &TVortelProgram::MasterMix); }
+float TVortelMasterMixParameter::NormalizedValue() const {
+	return ProgramValue(*this, &TVortelProgram::MasterMix);
+}
 
 void TVortelMasterMixParameter::SetNormalizedValue(float value) {
 	SetProgramValue(*this, &TVortelProgram::MasterMix, value);

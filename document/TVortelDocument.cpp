@@ -13,7 +13,9 @@
 
 namespace {
 
-bool HasNewValue(int32_t reason) { return reason == kObserverAdded || reason == kDidChange; }
+bool HasNewValue(int32_t reason) {
+	return reason == kObserverAdded || reason == kDidChange;
+}
 
 uint32_t MicrosecondSeed() {
 	const auto now = std::chrono::steady_clock::now().time_since_epoch();
@@ -29,14 +31,19 @@ TVortelDocument::TLoadGuard::TLoadGuard(TVortelDocument& document) : mDocument(d
 	const TCriticalSection::TGuard barrier(mDocument.mAudioLock);
 }
 
-TVortelDocument::TLoadGuard::~TLoadGuard() { mDocument.mLoadDepth.fetch_sub(1); }
+TVortelDocument::TLoadGuard::~TLoadGuard() {
+	mDocument.mLoadDepth.fetch_sub(1);
+}
 
 TVortelDocument::TVortelDocument() : TVortelDocument(TOptions()) {}
 
-TVortelDocument::TVortelDocument(const TOptions& /*options*/) :
-	mpTempProgram(MakePtr<TVortelProgram>()), mpTempScene(MakePtr<TVortelScene>()),
-	mpProgramClipboard(MakePtr<TVortelProgram>()), mpSceneClipboard(MakePtr<TVortelScene>()),
-	mpParameterClipboard(MakePtr<TVortelScene>()), mpSequencerClipboard(MakePtr<TVortelSequencer>()) {
+TVortelDocument::TVortelDocument(const TOptions& /*options*/)
+    : mpTempProgram(MakePtr<TVortelProgram>()),
+      mpTempScene(MakePtr<TVortelScene>()),
+      mpProgramClipboard(MakePtr<TVortelProgram>()),
+      mpSceneClipboard(MakePtr<TVortelScene>()),
+      mpParameterClipboard(MakePtr<TVortelScene>()),
+      mpSequencerClipboard(MakePtr<TVortelSequencer>()) {
 	for (auto& program : mpPrograms) {
 		program = MakePtr<TVortelProgram>();
 		program->Name().AddObserver({this, &TVortelDocument::OnProgramName});
@@ -57,14 +64,13 @@ TVortelDocument::TVortelDocument(const TOptions& /*options*/) :
 TVortelDocument::~TVortelDocument() = default;
 
 void TVortelDocument::DeclareMembers() {
-	static const TString kTempProgramName = TNameRules::MemberNameToElementName("mpTempProgram");
-	static const TString kTempSceneName = TNameRules::MemberNameToElementName("mpTempScene");
-	static const TString kActiveProgramIndexName = TNameRules::MemberNameToElementName("mActiveProgramIndex");
+	using TNameRules::MemberNameToElementName;
 	static const auto kProgramNames = MakeIndexedNames<kNumberOfPrograms>("Program");
 
-	AddChild(mpTempProgram.Get(), kTempProgramName, 0);
-	AddChild(mpTempScene.Get(), kTempSceneName, 0);
-	AddProperty(&mActiveProgramIndex, kActiveProgramIndexName, kWrite);
+	ReserveMembers(1, 2 + kNumberOfPrograms);
+	AddChild(mpTempProgram.Get(), MemberNameToElementName("mpTempProgram"), 0);
+	AddChild(mpTempScene.Get(), MemberNameToElementName("mpTempScene"), 0);
+	AddProperty(&mActiveProgramIndex, MemberNameToElementName("mActiveProgramIndex"), kWrite);
 	for (std::size_t i = 0; i < mpPrograms.size(); ++i)
 		AddChild(mpPrograms[i].Get(), kProgramNames[i], kWrite);
 	FinishDeclaration();
@@ -103,7 +109,9 @@ void TVortelDocument::FillClipboards() {
 	mpSequencerClipboard->CopyFrom(*scene.Sequencer(), false);
 }
 
-TVortelSequencer* TVortelDocument::ActiveSequencer() const noexcept { return ActiveScene()->Sequencer(); }
+TVortelSequencer* TVortelDocument::ActiveSequencer() const noexcept {
+	return ActiveScene()->Sequencer();
+}
 
 TVortelProgram* TVortelDocument::Program(int32_t index) const noexcept {
 	return mpPrograms[static_cast<std::size_t>(std::clamp(index, 0, kNumberOfPrograms - 1))].Get();
@@ -157,4 +165,6 @@ void TVortelDocument::OnProgramName(TObservable* /*observable*/, int32_t reason)
 		mProgramNameChangedBang.Bang();
 }
 
-void TVortelDocument::OnLoadEnd(bool /*success*/) { FireAllBangs(); }
+void TVortelDocument::OnLoadEnd(bool /*success*/) {
+	FireAllBangs();
+}

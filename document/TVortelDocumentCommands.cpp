@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TVortelDocument.h"
 
+#include <algorithm>
+
 void TVortelDocument::InitDevices() {
 	for (const auto& device : mpDevices)
 		device->Init();
@@ -13,7 +15,9 @@ void TVortelDocument::InitProgram() {
 	mSelectedDevice.Set(0);
 }
 
-void TVortelDocument::CopyProgram() { mpProgramClipboard->CopyFrom(*ActiveProgram()); }
+void TVortelDocument::CopyProgram() {
+	mpProgramClipboard->CopyFrom(*ActiveProgram());
+}
 
 void TVortelDocument::PasteProgram() {
 	ActiveProgram()->CopyFrom(*mpProgramClipboard);
@@ -32,11 +36,14 @@ void TVortelDocument::InitAllPrograms() {
 void TVortelDocument::InitScene() {
 	ActiveScene()->Init(true);
 	InitDevices();
-	ActiveScene()->Seed().Set(TVortelProgram::InitialSeed(ActiveProgram()->ActiveSceneIndex().Get()));
+	const int32_t index = std::clamp(ActiveProgram()->ActiveSceneIndex().Get(), 0, TVortelProgram::kNumberOfScenes - 1);
+	ActiveScene()->Seed().Set(TVortelProgram::InitialSeed(index));
 	FireSceneBangs();
 }
 
-void TVortelDocument::CopyScene() { mpSceneClipboard->CopyFrom(*ActiveScene()); }
+void TVortelDocument::CopyScene() {
+	mpSceneClipboard->CopyFrom(*ActiveScene());
+}
 
 void TVortelDocument::PasteScene() {
 	ActiveScene()->CopyFrom(*mpSceneClipboard);
@@ -64,7 +71,9 @@ void TVortelDocument::InitSequence() {
 	mSequenceChangedBang.Bang();
 }
 
-void TVortelDocument::CopySequence() { mpSequencerClipboard->CopyFrom(*ActiveSequencer(), false); }
+void TVortelDocument::CopySequence() {
+	mpSequencerClipboard->CopyFrom(*ActiveSequencer(), false);
+}
 
 void TVortelDocument::PasteSequence() {
 	ActiveSequencer()->CopyFrom(*mpSequencerClipboard, false);

@@ -1,23 +1,32 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TVortelDocument.h"
 
+#include "framework/foundation/ProductInfo.h"
+
 namespace {
 
-bool IsProgram(int32_t index) { return index >= 0 && index < TVortelDocument::kNumberOfPrograms; }
+bool IsProgram(int32_t index) {
+	return index >= 0 && index < TVortelDocument::kNumberOfPrograms;
+}
 
 // Not-a-number becomes 0.
-float ClampNormalized(float value) { return value > 0.0f ? (value < 1.0f ? value : 1.0f) : 0.0f; }
+float ClampNormalized(float value) {
+	return value > 0.0f ? (value < 1.0f ? value : 1.0f) : 0.0f;
+}
 
 } // namespace
 
 int32_t TVortelDocument::ProductVersion() {
-	using namespace ProductInfo;
-	return (kMajorVersion << 16) + (kMinorVersion << 8) + kPatchVersion;
+	return ProductInfo::kDocumentVersion;
 }
 
-int32_t TVortelDocument::UniqueId() { return 'k' << 24 | 'm' << 16 | 'q' << 8 | '7'; }
+int32_t TVortelDocument::UniqueId() {
+	return ProductInfo::kPluginCode;
+}
 
-int32_t TVortelDocument::CurrentProgramIndex() { return mActiveProgramIndex.Get(); }
+int32_t TVortelDocument::CurrentProgramIndex() {
+	return mActiveProgramIndex.Get();
+}
 
 void TVortelDocument::SetCurrentProgramIndex(int32_t index) {
 	if (IsProgram(index))

@@ -5,7 +5,7 @@ namespace {
 
 /// A time is stepped unless the mode is "Free".
 void StepUnlessFree(
-	const TPtr<TVortelDeviceParameter>& mode, std::initializer_list<const TPtr<TVortelDeviceParameter>*> times) {
+    const TPtr<TVortelDeviceParameter>& mode, std::initializer_list<const TPtr<TVortelDeviceParameter>*> times) {
 	const bool stepped = mode->RealValue() != 0.0f;
 	for (const auto* time : times)
 		(*time)->Converter()->SetStepped(stepped);
@@ -34,7 +34,9 @@ TVortelTapeStopDevice::TVortelTapeStopDevice(TVortelDocument* document) : TVorte
 	AddUnusedParameters();
 }
 
-void TVortelTapeStopDevice::RefreshStepped() { StepUnlessFree(mpTimeMode, {&mpSlowDown}); }
+void TVortelTapeStopDevice::RefreshStepped() {
+	StepUnlessFree(mpTimeMode, {&mpSlowDown});
+}
 
 TVortelRetriggerDevice::TVortelRetriggerDevice(TVortelDocument* document) : TVortelDevice(document, 3) {
 	AddCommonParameters();
@@ -46,7 +48,9 @@ TVortelRetriggerDevice::TVortelRetriggerDevice(TVortelDocument* document) : TVor
 	AddUnusedParameters();
 }
 
-void TVortelRetriggerDevice::RefreshStepped() { StepUnlessFree(mpTimeMode, {&mpTimeA, &mpABTime}); }
+void TVortelRetriggerDevice::RefreshStepped() {
+	StepUnlessFree(mpTimeMode, {&mpTimeA, &mpABTime});
+}
 
 TVortelReverserDevice::TVortelReverserDevice(TVortelDocument* document) : TVortelDevice(document, 4) {
 	AddCommonParameters();
@@ -57,7 +61,9 @@ TVortelReverserDevice::TVortelReverserDevice(TVortelDocument* document) : TVorte
 	AddUnusedParameters();
 }
 
-void TVortelReverserDevice::RefreshStepped() { StepUnlessFree(mpTimeMode, {&mpTime}); }
+void TVortelReverserDevice::RefreshStepped() {
+	StepUnlessFree(mpTimeMode, {&mpTime});
+}
 
 TVortelStretcherDevice::TVortelStretcherDevice(TVortelDocument* document) : TVortelDevice(document, 5) {
 	AddCommonParameters();
@@ -82,7 +88,9 @@ TVortelLofiDevice::TVortelLofiDevice(TVortelDocument* document) : TVortelDevice(
 	AddUnusedParameters();
 }
 
-void TVortelLofiDevice::RefreshStepped() { mpBitDepth->Converter()->SetStepped(mpType->RealValue() == 1.0f); }
+void TVortelLofiDevice::RefreshStepped() {
+	mpBitDepth->Converter()->SetStepped(mpType->RealValue() == 1.0f);
+}
 
 TVortelDistortionDevice::TVortelDistortionDevice(TVortelDocument* document) : TVortelDevice(document, 7) {
 	AddCommonParameters();
@@ -106,7 +114,9 @@ TVortelDelayDevice::TVortelDelayDevice(TVortelDocument* document) : TVortelDevic
 	AddUnusedParameters();
 }
 
-void TVortelDelayDevice::RefreshStepped() { StepUnlessFree(mpTimeMode, {&mpTime}); }
+void TVortelDelayDevice::RefreshStepped() {
+	StepUnlessFree(mpTimeMode, {&mpTime});
+}
 
 TVortelShufflerDevice::TVortelShufflerDevice(TVortelDocument* document) : TVortelDevice(document, 10) {
 	AddCommonParameters();
@@ -120,4 +130,6 @@ TVortelShufflerDevice::TVortelShufflerDevice(TVortelDocument* document) : TVorte
 	AddUnusedParameters();
 }
 
-void TVortelShufflerDevice::RefreshStepped() { StepUnlessFree(mpTimeMode, {&mpMinTime}); }
+void TVortelShufflerDevice::RefreshStepped() {
+	StepUnlessFree(mpTimeMode, {&mpMinTime});
+}

@@ -22,7 +22,7 @@ void TVortelMasterDevice::ForEachWeight(TAction action) {
 }
 
 void TVortelMasterDevice::Init() {
-	const TVortelUndoStep step(Document(), "Init Parameters");
+	const TVortelUndoStep step(Document());
 	ForEachWeight([](TVortelDeviceParameter& weight) { weight.ResetToDefault(); });
 	OnInit();
 }

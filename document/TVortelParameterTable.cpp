@@ -9,10 +9,10 @@ using TDeclaration = TVortelParameterDeclaration;
 using TNames = std::span<const char* const>;
 
 constexpr TVortelDeviceDeclaration kDevices[TVortelParameterTable::kNumberOfDevices] = {
-	{"Randomizer", "MST", 0, 9},     {"Modulator", "MOD", 10, 29}, {"Tape Stop", "TAP", 30, 49},
-	{"Retrigger", "RET", 50, 69},    {"Reverser", "REV", 70, 89},  {"Stretcher", "STR", 90, 109},
-	{"Lofi", "LFI", 110, 129},       {"Distortion", "DIS", 130, 149}, {"Gater", "GAT", 150, 169},
-	{"Delay", "DLY", 170, 189},      {"Shuffler", "SHF", 190, 209},
+    {"Randomizer", "MST", 0, 9},  {"Modulator", "MOD", 10, 29},    {"Tape Stop", "TAP", 30, 49},
+    {"Retrigger", "RET", 50, 69}, {"Reverser", "REV", 70, 89},     {"Stretcher", "STR", 90, 109},
+    {"Lofi", "LFI", 110, 129},    {"Distortion", "DIS", 130, 149}, {"Gater", "GAT", 150, 169},
+    {"Delay", "DLY", 170, 189},   {"Shuffler", "SHF", 190, 209},
 };
 
 constexpr const char* kTimeModes[] = {"Free", "Even", "Triplet", "Dotted"};
@@ -36,8 +36,8 @@ constexpr TDeclaration Percent(int32_t id, const char* name, float normalizedDef
 }
 
 constexpr TDeclaration Linear(
-	int32_t id, const char* name, TRealRange range, const char* unit, const char* format, float realDefault,
-	const char* toolTip) {
+    int32_t id, const char* name, TRealRange range, const char* unit, const char* format, float realDefault,
+    const char* toolTip) {
 	TDeclaration declaration = Percent(id, name, realDefault, toolTip);
 	declaration.mMinimum = range.mMinimum;
 	declaration.mMaximum = range.mMaximum;
@@ -78,13 +78,15 @@ Frequency(int32_t id, const char* name, TRealRange range, float realDefault, con
 }
 
 constexpr TDeclaration Enum(int32_t id, const char* name, TNames names, int index, const char* toolTip) {
-	const TRealRange range {0.0f, static_cast<float>(names.size() - 1)};
+	const TRealRange range{0.0f, static_cast<float>(names.size() - 1)};
 	TDeclaration declaration = Linear(id, name, range, "", "%.0f", static_cast<float>(index), toolTip);
 	declaration.mNames = names;
 	return Curve(EVortelCurve::kEnum, declaration);
 }
 
-constexpr TDeclaration TimeMode(int32_t id) { return Enum(id, "Mode", kTimeModes, 1, "Timing mode."); }
+constexpr TDeclaration TimeMode(int32_t id) {
+	return Enum(id, "Mode", kTimeModes, 1, "Timing mode.");
+}
 
 /// Takes over the range, format and starting steps of the other one, whose converter it uses.
 constexpr TDeclaration
@@ -110,109 +112,106 @@ constexpr TDeclaration FollowerAmount(int32_t id, TRealRange range) {
 }
 
 constexpr TDeclaration kSlowDown =
-	BeatTime(37, "Slow Down", {0.5f, 64.0f}, 4.0f, "How quickly the sound will slow to a halt.");
-constexpr TDeclaration kInitialSpeed =
-	BeatTime(58, "Initial Speed", {4.0f, 256.0f}, 64.0f, "Initial retrigger speed.");
+    BeatTime(37, "Slow Down", {0.5f, 64.0f}, 4.0f, "How quickly the sound will slow to a halt.");
+constexpr TDeclaration kInitialSpeed = BeatTime(58, "Initial Speed", {4.0f, 256.0f}, 64.0f, "Initial retrigger speed.");
 constexpr TDeclaration kMinTime = BeatTime(198, "Min Time", {4.0f, 256.0f}, 16.0f, "Minimum slice length.");
 
 constexpr TDeclaration kOwnParameters[] = {
-	// Modulator
-	Frequency(17, "Frequency", {1.0f, 5000.0f}, 440.0f, "Modulation frequency."),
-	Percent(18, "Depth", 1.0f, "Modulation depth."),
-	Percent(19, "Osc Vol", 0.0f, "Oscillator signal level."),
-	FollowerAmount(20, {-5000.0f, 5000.0f}),
-	FollowerAttack(21, "FM Attack"),
-	FollowerRelease(21, 22, "FM Release"),
-	Bipolar(Linear(23, "Spread", {-180.0f, 180.0f}, "\xC2\xB0", "%.01f", 0.0f, "Stereo spread.")),
-	// Tape Stop
-	kSlowDown,
-	Sharing(kSlowDown, 38, "Speed Up", 1.0f, "How quickly the sound will speed up again."),
-	TimeMode(39),
-	Enum(40, "Play Mode", kPlayModes, 1, "Play mode."),
-	// Retrigger
-	TimeMode(57),
-	kInitialSpeed,
-	Sharing(kInitialSpeed, 59, "Final Speed", 16.0f, "Final retrigger speed."),
-	BeatTime(
-		60, "Transition", {1.0f, 16.0f}, 4.0f,
-		"The time it takes to transition from the initial speed to the final speed."),
-	Percent(61, "Decay", 0.0f, "How quickly the sound fades to silence."),
-	// Reverser
-	BeatTime(77, "Time", {1.0f, 256.0f}, 32.0f, "Maximum duration of the reverser loop."),
-	TimeMode(78),
-	Percent(79, "Point A", 0.0f, "Left loop boundary."),
-	Percent(80, "Point B", 1.0f, "Right loop boundary."),
-	// Stretcher
-	Percent(97, "Speed", 0.25f, "Playback speed."),
-	Linear(98, "Grain Size", {1.0f, 100.0f}, "ms", "%.01f", 25.0f, "Grain size."),
-	Percent(99, "Smoothing", 0.5f, "Amount of cross-fading between grains."),
-	Bipolar(Linear(
-		100, "GM Depth", {-50.0f, 50.0f}, "ms", "%.01f", 0.0f,
-		"How much the grain size is modulated by the envelope follower.")),
-	FollowerAttack(101, "GM Attack"),
-	FollowerRelease(101, 102, "GM Release"),
-	WithPrefix("+/- ", Percent(103, "Jitter", 0.0f, "Randomly vary the grain size.")),
-	// Lofi
-	Frequency(117, "Frequency", {1.0f, 22050.0f}, 11025.0f, "Frequency."),
-	Curve(EVortelCurve::kBitDepth, Linear(118, "Bit Depth", {1.0f, 13.0f}, "Bit", "%.02f", 8.0f, "Bit depth.")),
-	Enum(
-		119, "Type", kBitDepthTypes, 0,
-		"Type of bit depth reduction.\n"
-		"Warning: Unsigned mode can produce very loud output at low bit depths."),
-	FollowerAmount(120, {-10000.0f, 10000.0f}),
-	FollowerAttack(121, "FM Attack"),
-	FollowerRelease(121, 122, "FM Release"),
-	// Distortion
-	Enum(137, "Type", kDistortionTypes, 0, "Distortion Type."),
-	Percent(138, "Drive", 0.2f, "Drive."),
-	Bipolar(Linear(139, "Tone", {-100.0f, 100.0f}, "%", "%.01f", 0.0f, "Tone.")),
-	Percent(140, "Wet", 0.75f, "Amount of wet signal to output."),
-	Percent(141, "Dry", 0.0f, "Amount of dry signal to output."),
-	// Gater
-	Percent(157, "Smoothing", 0.05f, "Amount of smoothing between steps."),
-	BeatTime(158, "Step Time", {4.0f, 256.0f}, 32.0f, "Duration of each gate step."),
-	TimeMode(159),
-	Stepped(Linear(160, "Vol Steps", {2.0f, 16.0f}, "", "%.01f", 8.0f, "Set the envelope length.")),
-	// Delay
-	BeatTime(177, "Time", {4.0f, 256.0f}, 16.0f, "Delay time."),
-	TimeMode(178),
-	Percent(179, "Feedback", 0.5f, "Feedback."),
-	Percent(180, "Slew", 0.5f, "How quickly the delay responds to time changes."),
-	Percent(181, "Send", 0.5f, "Amount of dry signal sent into the delay line."),
-	Bipolar(Linear(182, "Spread", {-100.0f, 100.0f}, "%", "%.01f", 0.0f, "Stereo spread/separation.")),
-	Percent(183, "Return", 1.0f, "Amount of wet signal returned from the delay line."),
-	// Shuffler
-	TimeMode(197),
-	kMinTime,
-	Sharing(kMinTime, 199, "Max Time", 4.0f, "Maximum slice length."),
-	Percent(200, "Shuffle", 1.0f, "Chance to pick a random slice."),
-	Stepped(Linear(
-		201, "Range", {1.0f, 8.0f}, "beats", "%.01f", 2.0f,
-		"How far back in the audio buffer to pick slices from.")),
-	Percent(202, "Repeat", 0.0f, "Chance to repeat the previous slice."),
-	Percent(203, "Reverse", 0.0f, "Chance to play a slice backwards."),
+    // Modulator
+    Frequency(17, "Frequency", {1.0f, 5000.0f}, 440.0f, "Modulation frequency."),
+    Percent(18, "Depth", 1.0f, "Modulation depth."),
+    Percent(19, "Osc Vol", 0.0f, "Oscillator signal level."),
+    FollowerAmount(20, {-5000.0f, 5000.0f}),
+    FollowerAttack(21, "FM Attack"),
+    FollowerRelease(21, 22, "FM Release"),
+    Bipolar(Linear(23, "Spread", {-180.0f, 180.0f}, "\xC2\xB0", "%.01f", 0.0f, "Stereo spread.")),
+    // Tape Stop
+    kSlowDown,
+    Sharing(kSlowDown, 38, "Speed Up", 1.0f, "How quickly the sound will speed up again."),
+    TimeMode(39),
+    Enum(40, "Play Mode", kPlayModes, 1, "Play mode."),
+    // Retrigger
+    TimeMode(57),
+    kInitialSpeed,
+    Sharing(kInitialSpeed, 59, "Final Speed", 16.0f, "Final retrigger speed."),
+    BeatTime(
+        60, "Transition", {1.0f, 16.0f}, 4.0f,
+        "The time it takes to transition from the initial speed to the final speed."),
+    Percent(61, "Decay", 0.0f, "How quickly the sound fades to silence."),
+    // Reverser
+    BeatTime(77, "Time", {1.0f, 256.0f}, 32.0f, "Maximum duration of the reverser loop."),
+    TimeMode(78),
+    Percent(79, "Point A", 0.0f, "Left loop boundary."),
+    Percent(80, "Point B", 1.0f, "Right loop boundary."),
+    // Stretcher
+    Percent(97, "Speed", 0.25f, "Playback speed."),
+    Linear(98, "Grain Size", {1.0f, 100.0f}, "ms", "%.01f", 25.0f, "Grain size."),
+    Percent(99, "Smoothing", 0.5f, "Amount of cross-fading between grains."),
+    Bipolar(Linear(
+        100, "GM Depth", {-50.0f, 50.0f}, "ms", "%.01f", 0.0f,
+        "How much the grain size is modulated by the envelope follower.")),
+    FollowerAttack(101, "GM Attack"),
+    FollowerRelease(101, 102, "GM Release"),
+    WithPrefix("+/- ", Percent(103, "Jitter", 0.0f, "Randomly vary the grain size.")),
+    // Lofi
+    Frequency(117, "Frequency", {1.0f, 22050.0f}, 11025.0f, "Frequency."),
+    Curve(EVortelCurve::kBitDepth, Linear(118, "Bit Depth", {1.0f, 13.0f}, "Bit", "%.02f", 8.0f, "Bit depth.")),
+    Enum(
+        119, "Type", kBitDepthTypes, 0,
+        "Type of bit depth reduction.\n"
+        "Warning: Unsigned mode can produce very loud output at low bit depths."),
+    FollowerAmount(120, {-10000.0f, 10000.0f}),
+    FollowerAttack(121, "FM Attack"),
+    FollowerRelease(121, 122, "FM Release"),
+    // Distortion
+    Enum(137, "Type", kDistortionTypes, 0, "Distortion Type."),
+    Percent(138, "Drive", 0.2f, "Drive."),
+    Bipolar(Linear(139, "Tone", {-100.0f, 100.0f}, "%", "%.01f", 0.0f, "Tone.")),
+    Percent(140, "Wet", 0.75f, "Amount of wet signal to output."),
+    Percent(141, "Dry", 0.0f, "Amount of dry signal to output."),
+    // Gater
+    Percent(157, "Smoothing", 0.05f, "Amount of smoothing between steps."),
+    BeatTime(158, "Step Time", {4.0f, 256.0f}, 32.0f, "Duration of each gate step."),
+    TimeMode(159),
+    Stepped(Linear(160, "Vol Steps", {2.0f, 16.0f}, "", "%.01f", 8.0f, "Set the envelope length.")),
+    // Delay
+    BeatTime(177, "Time", {4.0f, 256.0f}, 16.0f, "Delay time."),
+    TimeMode(178),
+    Percent(179, "Feedback", 0.5f, "Feedback."),
+    Percent(180, "Slew", 0.5f, "How quickly the delay responds to time changes."),
+    Percent(181, "Send", 0.5f, "Amount of dry signal sent into the delay line."),
+    Bipolar(Linear(182, "Spread", {-100.0f, 100.0f}, "%", "%.01f", 0.0f, "Stereo spread/separation.")),
+    Percent(183, "Return", 1.0f, "Amount of wet signal returned from the delay line."),
+    // Shuffler
+    TimeMode(197),
+    kMinTime,
+    Sharing(kMinTime, 199, "Max Time", 4.0f, "Maximum slice length."),
+    Percent(200, "Shuffle", 1.0f, "Chance to pick a random slice."),
+    Stepped(Linear(
+        201, "Range", {1.0f, 8.0f}, "beats", "%.01f", 2.0f, "How far back in the audio buffer to pick slices from.")),
+    Percent(202, "Repeat", 0.0f, "Chance to repeat the previous slice."),
+    Percent(203, "Reverse", 0.0f, "Chance to play a slice backwards."),
 };
 
 /// A device's common parameters. The tool tip of a weight begins with the device's name, which the parameter adds.
 constexpr std::array<TDeclaration, TVortelParameterTable::kNumberOfCommonParameters> CommonParameters(int32_t first) {
 	return {
-		Linear(first + 0, "Weight", {0.0f, 100.0f}, "%", "%.0f", 50.0f, " weight."),
-		Percent(first + 1, "Mix", 1.0f, "Dry/wet mix."),
-		Bipolar(Curve(
-			EVortelCurve::kPanning, Linear(first + 2, "Pan", {0.0f, 1.0f}, "", "%.2f", 0.5f, "Panning"))),
-		Linear(first + 3, "Volume", {0.0f, 200.0f}, "%", "%.01f", 100.0f, "Volume."),
-		Enum(first + 4, "Type", kFilterTypes, 0, ""),
-		Curve(
-			EVortelCurve::kFrequency,
-			[first] {
-				TDeclaration frequency = Percent(first + 5, "Freq", 0.5f, "Filter frequency.");
-				frequency.mMinimum = 20.0f;
-				frequency.mMaximum = 20000.0f;
-				frequency.mUnit = "Hz";
-				frequency.mFormat = "%.00f";
-				return frequency;
-			}()),
-		Percent(first + 6, "Q", 0.2f, "Filter Q/bandwidth."),
+	    Linear(first + 0, "Weight", {0.0f, 100.0f}, "%", "%.0f", 50.0f, " weight."),
+	    Percent(first + 1, "Mix", 1.0f, "Dry/wet mix."),
+	    Bipolar(Curve(EVortelCurve::kPanning, Linear(first + 2, "Pan", {0.0f, 1.0f}, "", "%.2f", 0.5f, "Panning"))),
+	    Linear(first + 3, "Volume", {0.0f, 200.0f}, "%", "%.01f", 100.0f, "Volume."),
+	    Enum(first + 4, "Type", kFilterTypes, 0, ""),
+	    Curve(
+	        EVortelCurve::kFrequency,
+	        [first] {
+		        TDeclaration frequency = Percent(first + 5, "Freq", 0.5f, "Filter frequency.");
+		        frequency.mMinimum = 20.0f;
+		        frequency.mMaximum = 20000.0f;
+		        frequency.mUnit = "Hz";
+		        frequency.mFormat = "%.00f";
+		        return frequency;
+	        }()),
+	    Percent(first + 6, "Q", 0.2f, "Filter Q/bandwidth."),
 	};
 }
 
@@ -224,7 +223,7 @@ constexpr TDeclaration WithToolTip(TDeclaration declaration, const char* toolTip
 }
 
 constexpr TTable BuildTable() {
-	TTable table {};
+	TTable table{};
 	for (std::size_t id = 0; id < table.size(); ++id)
 		table[id].mId = static_cast<int32_t>(id);
 	for (const TVortelDeviceDeclaration& device : kDevices)
@@ -237,7 +236,7 @@ constexpr TTable BuildTable() {
 	table[2] = WithToolTip(table[2], "Master panning.");
 	table[3] = WithToolTip(table[3], "Master volume level.");
 	for (int32_t id = 4; id <= 6; ++id) { // the master has no filter
-		table[static_cast<std::size_t>(id)] = TDeclaration {};
+		table[static_cast<std::size_t>(id)] = TDeclaration{};
 		table[static_cast<std::size_t>(id)].mId = id;
 	}
 	return table;
@@ -256,7 +255,9 @@ const TVortelDeviceDeclaration& TVortelParameterTable::Device(int32_t deviceInde
 	return kDevices[static_cast<std::size_t>(known ? deviceIndex : kNumberOfDevices - 1)];
 }
 
-int32_t TVortelParameterTable::DeviceOfParameter(int32_t id) noexcept { return id < 10 ? 0 : 1 + (id - 10) / 20; }
+int32_t TVortelParameterTable::DeviceOfParameter(int32_t id) noexcept {
+	return id < 10 ? 0 : 1 + (id - 10) / 20;
+}
 
 TString TVortelParameterTable::HostName(int32_t id) {
 	const TString prefix = id == 0 ? "RND" : Device(DeviceOfParameter(id)).mPrefix;
@@ -264,8 +265,8 @@ TString TVortelParameterTable::HostName(int32_t id) {
 }
 
 TPtr<TVortelValueConverter> TVortelParameterTable::MakeConverter(const TVortelParameterDeclaration& declaration) {
-	const TVortelValueConverter::TRange range {declaration.mMinimum, declaration.mMaximum};
-	const TString unit(declaration.mUnit, TString::kUtf8Encoding);
+	const TVortelValueConverter::TRange range{declaration.mMinimum, declaration.mMaximum};
+	const TString unit(declaration.mUnit, kUtf8Encoding);
 	const TString format = declaration.mFormat;
 	const TString prefix = declaration.mPrefix;
 	switch (declaration.mCurve) {
@@ -287,12 +288,12 @@ TPtr<TVortelValueConverter> TVortelParameterTable::MakeConverter(const TVortelPa
 
 const std::array<float, TVortelParameterTable::kNumberOfParameters>& TVortelParameterTable::Defaults() {
 	static const auto kDefaults = [] {
-		std::array<float, kNumberOfParameters> defaults {};
+		std::array<float, kNumberOfParameters> defaults{};
 		for (std::size_t id = 0; id < defaults.size(); ++id) {
 			const TVortelParameterDeclaration& declaration = kTable[id];
 			defaults[id] = declaration.mDefaultIsReal
-				? MakeConverter(declaration)->NormalizedFromReal(declaration.mDefault)
-				: declaration.mDefault;
+			                   ? MakeConverter(declaration)->NormalizedFromReal(declaration.mDefault)
+			                   : declaration.mDefault;
 		}
 		return defaults;
 	}();

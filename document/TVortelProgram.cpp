@@ -15,7 +15,9 @@ constexpr float kInitialMasterMix = 1.0f;
 constexpr float kInitialMasterPanning = 0.5f;
 constexpr float kInitialMasterVolume = 0.5f;
 
-bool IsMovable(int32_t position) { return position >= 1 && position < TVortelProgram::kNumberOfDevices; }
+bool IsMovable(int32_t position) {
+	return position >= 1 && position < TVortelProgram::kNumberOfDevices;
+}
 
 TVortelProgram::TDeviceOrder IdentityOrder() {
 	TVortelProgram::TDeviceOrder order;
@@ -26,26 +28,19 @@ TVortelProgram::TDeviceOrder IdentityOrder() {
 } // namespace
 
 TVortelProgram::TVortelProgram() : mName(TString(kInitialName)), mDeviceOrder(kNumberOfDevices) {
-	static const TString kNameName = TNameRules::MemberNameToElementName("mName");
-	static const TString kQuantizeFactorName = TNameRules::MemberNameToElementName("mQuantizeFactor");
-	static const TString kTriggerModeName = TNameRules::MemberNameToElementName("mTriggerMode");
-	static const TString kMasterMixName = TNameRules::MemberNameToElementName("mMasterMix");
-	static const TString kMasterPanningName = TNameRules::MemberNameToElementName("mMasterPanning");
-	static const TString kMasterVolumeName = TNameRules::MemberNameToElementName("mMasterVolume");
-	static const TString kDeviceOrderName = TNameRules::MemberNameToElementName("mDeviceOrder");
-	static const TString kActiveSceneIndexName = TNameRules::MemberNameToElementName("mActiveSceneIndex");
-	static const TString kSoftClipName = TNameRules::MemberNameToElementName("mSoftClip");
+	using TNameRules::MemberNameToElementName;
 	static const auto kSceneNames = MakeIndexedNames<kNumberOfScenes>("Scene");
 
-	AddProperty(&mName, kNameName, kWrite);
-	AddProperty(&mQuantizeFactor, kQuantizeFactorName, kWrite);
-	AddProperty(&mTriggerMode, kTriggerModeName, kWrite);
-	AddProperty(&mMasterMix, kMasterMixName, kWrite);
-	AddProperty(&mMasterPanning, kMasterPanningName, kWrite);
-	AddProperty(&mMasterVolume, kMasterVolumeName, kWrite);
-	AddProperty(&mDeviceOrder, kDeviceOrderName, kWrite);
-	AddProperty(&mActiveSceneIndex, kActiveSceneIndexName, kWrite);
-	AddProperty(&mSoftClip, kSoftClipName, kWrite);
+	ReserveMembers(9, kNumberOfScenes);
+	AddProperty(&mName, MemberNameToElementName("mName"), kWrite);
+	AddProperty(&mQuantizeFactor, MemberNameToElementName("mQuantizeFactor"), kWrite);
+	AddProperty(&mTriggerMode, MemberNameToElementName("mTriggerMode"), kWrite);
+	AddProperty(&mMasterMix, MemberNameToElementName("mMasterMix"), kWrite);
+	AddProperty(&mMasterPanning, MemberNameToElementName("mMasterPanning"), kWrite);
+	AddProperty(&mMasterVolume, MemberNameToElementName("mMasterVolume"), kWrite);
+	AddProperty(&mDeviceOrder, MemberNameToElementName("mDeviceOrder"), kWrite);
+	AddProperty(&mActiveSceneIndex, MemberNameToElementName("mActiveSceneIndex"), kWrite);
+	AddProperty(&mSoftClip, MemberNameToElementName("mSoftClip"), kWrite);
 	for (std::size_t i = 0; i < mpScenes.size(); ++i) {
 		mpScenes[i] = MakePtr<TVortelScene>();
 		AddChild(mpScenes[i].Get(), kSceneNames[i], kWrite);
@@ -85,17 +80,19 @@ void TVortelProgram::CopyFrom(const TVortelProgram& source) {
 }
 
 bool TVortelProgram::IsInitialized() const {
-	return CurrentOrder() == IdentityOrder() && mQuantizeFactor.Get() == 0 && mTriggerMode.Get() == kTriggerHost
-		&& mMasterMix.Get() == kInitialMasterMix && mMasterPanning.Get() == kInitialMasterPanning
-		&& mMasterVolume.Get() == kInitialMasterVolume && !mSoftClip.Get()
-		&& std::none_of(mpScenes.begin(), mpScenes.end(), [](const auto& scene) { return scene->HasContent(); });
+	return CurrentOrder() == IdentityOrder() && mQuantizeFactor.Get() == 0 && mTriggerMode.Get() == kTriggerHost &&
+	       mMasterMix.Get() == kInitialMasterMix && mMasterPanning.Get() == kInitialMasterPanning &&
+	       mMasterVolume.Get() == kInitialMasterVolume && !mSoftClip.Get() &&
+	       std::none_of(mpScenes.begin(), mpScenes.end(), [](const auto& scene) { return scene->HasContent(); });
 }
 
 TVortelScene* TVortelProgram::Scene(int32_t index) const noexcept {
 	return mpScenes[static_cast<std::size_t>(std::clamp(index, 0, kNumberOfScenes - 1))].Get();
 }
 
-TVortelScene* TVortelProgram::ActiveScene() const noexcept { return Scene(mActiveSceneIndex.Get()); }
+TVortelScene* TVortelProgram::ActiveScene() const noexcept {
+	return Scene(mActiveSceneIndex.Get());
+}
 
 int32_t TVortelProgram::DeviceAtPosition(int32_t position) const noexcept {
 	const bool known = position >= 0 && position < mDeviceOrder.Count();
@@ -138,7 +135,9 @@ bool TVortelProgram::SetDeviceOrder(const TDeviceOrder& order) {
 	return true;
 }
 
-void TVortelProgram::InitDeviceOrder() { StoreOrder(IdentityOrder()); }
+void TVortelProgram::InitDeviceOrder() {
+	StoreOrder(IdentityOrder());
+}
 
 void TVortelProgram::RandomizeDeviceOrder() {
 	TDeviceOrder order = CurrentOrder();
@@ -151,7 +150,9 @@ void TVortelProgram::RandomizeDeviceOrder() {
 	StoreOrder(order);
 }
 
-void TVortelProgram::OnLoadBegin() { Init(true); }
+void TVortelProgram::OnLoadBegin() {
+	Init(true);
+}
 
 void TVortelProgram::OnLoadEnd(bool /*success*/) {
 	mTriggerMode.Set(std::clamp<int>(mTriggerMode.Get(), kTriggerHost, kTriggerLatch));
@@ -170,7 +171,7 @@ bool TVortelProgram::IsValidOrder(const TDeviceOrder& order) {
 }
 
 TVortelProgram::TDeviceOrder TVortelProgram::CurrentOrder() const {
-	TDeviceOrder order {};
+	TDeviceOrder order{};
 	for (int32_t i = 0; i < std::min(kNumberOfDevices, mDeviceOrder.Count()); ++i)
 		order[static_cast<std::size_t>(i)] = mDeviceOrder[i];
 	return order;

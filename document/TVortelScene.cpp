@@ -5,8 +5,7 @@
 
 #include <cmath>
 
-TVortelScene::TParameterList::TParameterList() :
-	TSerializableList<float>(TVortelParameterTable::kNumberOfParameters) {}
+TVortelScene::TParameterList::TParameterList() : TSerializableList<float>(TVortelParameterTable::kNumberOfParameters) {}
 
 void TVortelScene::TParameterList::FromString(const TString& text) {
 	TSerializableList<float>::FromString(text);
@@ -16,18 +15,17 @@ void TVortelScene::TParameterList::FromString(const TString& text) {
 			Store(i, 0.0f);
 }
 
-void TVortelScene::TParameterList::ForceSize() { Resize(TVortelParameterTable::kNumberOfParameters, 0.0f); }
+void TVortelScene::TParameterList::ForceSize() {
+	Resize(TVortelParameterTable::kNumberOfParameters, 0.0f);
+}
 
 TVortelScene::TVortelScene() : mpSequencer(MakePtr<TVortelSequencer>()), mGaterVolumeSteps(kNumberOfGaterSteps) {
-	static const TString kParameterValuesName = TNameRules::MemberNameToElementName("mParameterValues");
-	static const TString kSequencerName = TNameRules::MemberNameToElementName("mpSequencer");
-	static const TString kSeedName = TNameRules::MemberNameToElementName("mSeed");
-	static const TString kGaterVolumeStepsName = TNameRules::MemberNameToElementName("mGaterVolumeSteps");
-
-	AddProperty(&mParameterValues, kParameterValuesName, kWrite);
-	AddChild(mpSequencer.Get(), kSequencerName, kWrite);
-	AddProperty(&mSeed, kSeedName, kWrite);
-	AddProperty(&mGaterVolumeSteps, kGaterVolumeStepsName, kWrite);
+	using TNameRules::MemberNameToElementName;
+	ReserveMembers(3, 1);
+	AddProperty(&mParameterValues, MemberNameToElementName("mParameterValues"), kWrite);
+	AddChild(mpSequencer.Get(), MemberNameToElementName("mpSequencer"), kWrite);
+	AddProperty(&mSeed, MemberNameToElementName("mSeed"), kWrite);
+	AddProperty(&mGaterVolumeSteps, MemberNameToElementName("mGaterVolumeSteps"), kWrite);
 	FinishDeclaration();
 	InitGaterSteps(0);
 }
@@ -50,7 +48,9 @@ void TVortelScene::CopyFrom(const TVortelScene& source) {
 		SetGaterStep(i, source.GaterStep(i));
 }
 
-void TVortelScene::OnLoadBegin() { Init(true); }
+void TVortelScene::OnLoadBegin() {
+	Init(true);
+}
 
 void TVortelScene::OnLoadEnd(bool /*success*/) {
 	mParameterValues.ForceSize();

@@ -36,8 +36,11 @@ public:
 
 	/// No check of the index; audio thread too.
 	float ParameterValue(int32_t id) const noexcept { return mParameterValues[id]; }
+
 	void SetParameterValue(int32_t id, float value) noexcept { mParameterValues.Store(id, value); }
+
 	float GaterStep(int32_t index) const noexcept { return mGaterVolumeSteps[index]; }
+
 	void SetGaterStep(int32_t index, float value) noexcept { mGaterVolumeSteps.Store(index, value); }
 
 	static constexpr float DefaultGaterStep(int32_t index) { return index % 2 == 0 ? 1.0f : 0.0f; }

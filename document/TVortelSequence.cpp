@@ -11,12 +11,14 @@ namespace {
 constexpr char kStepTexts[] = {'-', '*', '+'};
 
 uint8_t StepFromText(char text) {
-	const auto* end = std::end(kStepTexts);
-	const auto* found = std::find(std::begin(kStepTexts), end, text);
-	return found == end ? kStepEmpty : static_cast<uint8_t>(found - kStepTexts);
+	if (text == kStepTexts[kStepBlockStart])
+		return kStepBlockStart;
+	return text == kStepTexts[kStepBlockContinue] ? kStepBlockContinue : kStepEmpty;
 }
 
-int32_t ClampStepCount(int32_t stepCount) { return std::clamp(stepCount, 0, TVortelSequence::kNumberOfSteps); }
+int32_t ClampStepCount(int32_t stepCount) {
+	return std::clamp(stepCount, 0, TVortelSequence::kNumberOfSteps);
+}
 
 } // namespace
 
@@ -67,8 +69,8 @@ void TVortelSequence::Mutate(int32_t stepCount, int32_t maxBlockLength) {
 	stepCount = ClampStepCount(stepCount);
 	std::vector<TBlock> blocks = CollectBlocks(stepCount);
 	const auto isFree = [&](int32_t start) {
-		return start >= 0 && start < stepCount
-			&& std::none_of(blocks.begin(), blocks.end(), [=](const TBlock& block) { return block.mStart == start; });
+		return start >= 0 && start < stepCount &&
+		       std::none_of(blocks.begin(), blocks.end(), [=](const TBlock& block) { return block.mStart == start; });
 	};
 
 	for (TBlock& block : blocks) {
@@ -108,10 +110,10 @@ TString TVortelSequence::ToString() const {
 }
 
 void TVortelSequence::FromString(const TString& text) {
-	const std::string_view steps = text.CString(TString::kAsciiEncoding);
+	const std::string_view steps = text.CString(kAsciiEncoding);
 	for (int32_t i = 0; i < kNumberOfSteps; ++i) {
 		const auto index = static_cast<std::size_t>(i);
-		SetStep(i, index < steps.size() ? StepFromText(steps[index]) : static_cast<uint8_t>(kStepEmpty));
+		SetStep(i, StepFromText(index < steps.size() ? steps[index] : kStepTexts[kStepEmpty]));
 	}
 }
 

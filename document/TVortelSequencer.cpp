@@ -18,14 +18,13 @@ std::size_t RowIndex(int32_t deviceIndex) {
 } // namespace
 
 TVortelSequencer::TVortelSequencer() {
-	static const TString kNumBeatsName = TNameRules::MemberNameToElementName("mNumBeats");
-	static const TString kNumStepsPerBeatName = TNameRules::MemberNameToElementName("mNumStepsPerBeat");
-	static const TString kLoopEnabledName = TNameRules::MemberNameToElementName("mLoopEnabled");
+	using TNameRules::MemberNameToElementName;
 	static const auto kRowNames = MakeIndexedNames<kNumberOfRows>("Sequence");
 
-	AddProperty(&mNumBeats, kNumBeatsName, kWrite);
-	AddProperty(&mNumStepsPerBeat, kNumStepsPerBeatName, kWrite);
-	AddProperty(&mLoopEnabled, kLoopEnabledName, kWrite);
+	ReserveMembers(3 + kNumberOfRows, 0);
+	AddProperty(&mNumBeats, MemberNameToElementName("mNumBeats"), kWrite);
+	AddProperty(&mNumStepsPerBeat, MemberNameToElementName("mNumStepsPerBeat"), kWrite);
+	AddProperty(&mLoopEnabled, MemberNameToElementName("mLoopEnabled"), kWrite);
 	for (std::size_t i = 0; i < mSequences.size(); ++i)
 		AddProperty(&mSequences[i], kRowNames[i], kWrite);
 	FinishDeclaration();
@@ -50,12 +49,13 @@ void TVortelSequencer::CopyFrom(const TVortelSequencer& source, bool mix) {
 }
 
 bool TVortelSequencer::HasContent() const {
-	return mNumBeats.Get() != kInitialBeats || mNumStepsPerBeat.Get() != kInitialStepsPerBeat
-		|| std::any_of(
-			   mSequences.begin(), mSequences.end(), [](const TVortelSequence& row) { return !row.IsEmpty(); });
+	return mNumBeats.Get() != kInitialBeats || mNumStepsPerBeat.Get() != kInitialStepsPerBeat ||
+	       std::any_of(mSequences.begin(), mSequences.end(), [](const TVortelSequence& row) { return !row.IsEmpty(); });
 }
 
-TVortelSequence& TVortelSequencer::Sequence(int32_t deviceIndex) noexcept { return mSequences[RowIndex(deviceIndex)]; }
+TVortelSequence& TVortelSequencer::Sequence(int32_t deviceIndex) noexcept {
+	return mSequences[RowIndex(deviceIndex)];
+}
 
 const TVortelSequence& TVortelSequencer::Sequence(int32_t deviceIndex) const noexcept {
 	return mSequences[RowIndex(deviceIndex)];

@@ -1,25 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "document/TVortelDocument.h"
+#include "framework/document/TDocumentRoot.h"
 
-/// One undo step of the document for the guard's life: a host sees what happens meanwhile as one edit per parameter.
-/// Main thread. A null document is allowed.
+/// One undo step for the guard's life, unless a step is open already: then what happens belongs to that one. A host
+/// sees the changes of a step as one edit per parameter. Main thread. A null document is allowed.
 class [[nodiscard]] TVortelUndoStep {
 public:
-	TVortelUndoStep(TVortelDocument* document, const char* /*name*/) : mpDocument(document) {
-		if (mpDocument)
-			mpDocument->UndoTransactionBegun();
+	explicit TVortelUndoStep(TDocumentRoot* document)
+	    : mpOpened(document && !document->IsActionOpen() ? document : nullptr) {
+		if (mpOpened)
+			mpOpened->BeginAction();
 	}
 
 	~TVortelUndoStep() {
-		if (mpDocument)
-			mpDocument->UndoTransactionEnded();
+		if (mpOpened)
+			mpOpened->EndAction();
 	}
 
 	TVortelUndoStep(const TVortelUndoStep&) = delete;
 	TVortelUndoStep& operator=(const TVortelUndoStep&) = delete;
 
 private:
-	TVortelDocument* mpDocument;
+	TDocumentRoot* mpOpened;
 };

@@ -16,11 +16,17 @@ double Clamp(double value, double minimum, double maximum) noexcept {
 	return value >= minimum ? std::min(value, maximum) : minimum;
 }
 
-float ClampNormalized(double value) noexcept { return static_cast<float>(Clamp(value, 0.0, 1.0)); }
+float ClampNormalized(double value) noexcept {
+	return static_cast<float>(Clamp(value, 0.0, 1.0));
+}
 
-double RoundIf(bool condition, double value) noexcept { return condition ? std::round(value) : value; }
+double RoundIf(bool condition, double value) noexcept {
+	return condition ? std::round(value) : value;
+}
 
-bool Contains(const TString& text, const char* part) { return text.FindIgnoringCase(part) >= 0; }
+bool Contains(const TString& text, const char* part) {
+	return text.FindIgnoringCase(part) >= 0;
+}
 
 const char* OrdinalEnding(int value) noexcept {
 	if (value % 100 - value % 10 == 10)
@@ -40,8 +46,13 @@ const char* OrdinalEnding(int value) noexcept {
 } // namespace
 
 TVortelValueConverter::TVortelValueConverter(
-	TRange range, const TString& format, const TString& unit, const TString& prefix, bool stepped)
-	: mRange(range), mFormat(format), mScanFormat("%f"), mUnit(unit), mPrefix(prefix), mStepped(stepped) {}
+    TRange range, const TString& format, const TString& unit, const TString& prefix, bool stepped)
+    : mRange(range),
+      mFormat(format),
+      mScanFormat("%f"),
+      mUnit(unit),
+      mPrefix(prefix),
+      mStepped(stepped) {}
 
 TString TVortelValueConverter::TextFromNormalized(float normalized) const {
 	return TextFromReal(RealFromNormalized(normalized), IsStepped() ? TString(kWholeFormat) : mFormat);
@@ -86,9 +97,10 @@ float TVortelValueConverter::ClampToRange(double real) const noexcept {
 }
 
 TVortelPowerOfTwoValueConverter::TVortelPowerOfTwoValueConverter(
-	TRange range, const TString& format, const TString& unit, const TString& prefix, bool stepped)
-	: TVortelValueConverter(range, format, unit, prefix, stepped), mLog2Minimum(std::log2(range.mFirst)),
-	  mLog2Maximum(std::log2(range.mSecond)) {}
+    TRange range, const TString& format, const TString& unit, const TString& prefix, bool stepped)
+    : TVortelValueConverter(range, format, unit, prefix, stepped),
+      mLog2Minimum(std::log2(range.mFirst)),
+      mLog2Maximum(std::log2(range.mSecond)) {}
 
 TString TVortelPowerOfTwoValueConverter::TextFromNormalized(float normalized) const {
 	return TextFromReal(RealFromNormalized(normalized), IsStepped() ? kWholeFormat : kTwoDigitsFormat);
@@ -146,9 +158,9 @@ bool TVortelBeatTimeValueConverter::NormalizedFromText(float* result, const TStr
 }
 
 TVortelEnumValueConverter::TVortelEnumValueConverter(std::span<const char* const> names, const TString& prefix)
-	: TVortelValueConverter(
-		  {0.0f, static_cast<float>(std::max<std::size_t>(names.size(), 1) - 1)}, kWholeFormat, TString(), prefix),
-	  mNames(names.begin(), names.end()) {}
+    : TVortelValueConverter(
+          {0.0f, static_cast<float>(std::max<std::size_t>(names.size(), 1) - 1)}, kWholeFormat, TString(), prefix),
+      mNames(names.begin(), names.end()) {}
 
 TString TVortelEnumValueConverter::TextFromNormalized(float normalized) const {
 	if (mNames.empty())
