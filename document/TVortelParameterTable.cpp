@@ -67,6 +67,12 @@ constexpr TDeclaration WithPrefix(const char* prefix, TDeclaration declaration) 
 	return declaration;
 }
 
+constexpr TDeclaration WithNormalizedDefault(float value, TDeclaration declaration) {
+	declaration.mDefault = value;
+	declaration.mDefaultIsReal = false;
+	return declaration;
+}
+
 constexpr TDeclaration
 BeatTime(int32_t id, const char* name, TRealRange range, float realDefault, const char* toolTip) {
 	return Stepped(Curve(EVortelCurve::kBeatTime, Linear(id, name, range, "", "%.01f", realDefault, toolTip)));
@@ -201,16 +207,7 @@ constexpr std::array<TDeclaration, TVortelParameterTable::kNumberOfCommonParamet
 	    Bipolar(Curve(EVortelCurve::kPanning, Linear(first + 2, "Pan", {0.0f, 1.0f}, "", "%.2f", 0.5f, "Panning"))),
 	    Linear(first + 3, "Volume", {0.0f, 200.0f}, "%", "%.01f", 100.0f, "Volume."),
 	    Enum(first + 4, "Type", kFilterTypes, 0, ""),
-	    Curve(
-	        EVortelCurve::kFrequency,
-	        [first] {
-		        TDeclaration frequency = Percent(first + 5, "Freq", 0.5f, "Filter frequency.");
-		        frequency.mMinimum = 20.0f;
-		        frequency.mMaximum = 20000.0f;
-		        frequency.mUnit = "Hz";
-		        frequency.mFormat = "%.00f";
-		        return frequency;
-	        }()),
+	    WithNormalizedDefault(0.5f, Frequency(first + 5, "Freq", {20.0f, 20000.0f}, 0.0f, "Filter frequency.")),
 	    Percent(first + 6, "Q", 0.2f, "Filter Q/bandwidth."),
 	};
 }

@@ -31,10 +31,12 @@ TEST_F(TVortelParameterTableTest, DefaultsLieOnTheirConverters) {
 		const auto converter = MakeConverter(declaration);
 		const float normalized = Defaults()[static_cast<std::size_t>(id)];
 		EXPECT_TRUE(normalized >= 0.0f && normalized <= 1.0f) << id;
-		if (declaration.mDefaultIsReal)
+		if (declaration.mDefaultIsReal) {
 			EXPECT_NEAR(converter->RealFromNormalized(normalized), declaration.mDefault, 2e-3f) << id;
-		if (declaration.mConverterOf >= 0)
+		}
+		if (declaration.mConverterOf >= 0) {
 			EXPECT_EQ(declaration.mMaximum, Declaration(declaration.mConverterOf).mMaximum) << id;
+		}
 	}
 }
 

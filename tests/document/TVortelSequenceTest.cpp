@@ -84,8 +84,9 @@ TEST_F(TVortelSequenceTest, RandomizeFillsAllStepsWithBlocksOfTheGivenLengths) {
 				continue;
 			}
 			EXPECT_LE(length, 5); // 2 + round(3 r)
-			if (length > 0 && i < TVortelSequence::kNumberOfSteps)
+			if (length > 0 && i < TVortelSequence::kNumberOfSteps) {
 				EXPECT_GE(length, 2);
+			}
 			length = mRow.Step(i) == kStepBlockStart ? 1 : 0;
 		}
 	}
