@@ -12,16 +12,24 @@ constexpr const char* kOriginal = "Original";
 constexpr const char* kCenter = "Center";
 
 // Not-a-number fails both comparisons of a plain clamp; here it gives the minimum.
-double Clamp(double value, double minimum, double maximum) noexcept {
+float Clamp(float value, float minimum, float maximum) noexcept {
 	return value >= minimum ? std::min(value, maximum) : minimum;
 }
 
-float ClampNormalized(double value) noexcept {
-	return static_cast<float>(Clamp(value, 0.0, 1.0));
+float ClampNormalized(float value) noexcept {
+	return Clamp(value, 0.0f, 1.0f);
 }
 
-double RoundIf(bool condition, double value) noexcept {
+float RoundIf(bool condition, float value) noexcept {
 	return condition ? std::round(value) : value;
+}
+
+float Log2(float value) noexcept {
+	return static_cast<float>(std::log2(static_cast<double>(value)));
+}
+
+float Exp2(float exponent) noexcept {
+	return static_cast<float>(std::exp2(static_cast<double>(exponent)));
 }
 
 bool Contains(const TString& text, const char* part) {
@@ -67,15 +75,11 @@ bool TVortelValueConverter::NormalizedFromText(float* result, const TString& tex
 }
 
 float TVortelValueConverter::RealFromNormalized(float normalized) const noexcept {
-	const double minimum = mRange.mFirst;
-	const double maximum = mRange.mSecond;
-	return ClampToRange(RoundIf(IsStepped(), minimum + normalized * (maximum - minimum)));
+	return ClampToRange(RoundIf(IsStepped(), mRange.mFirst + normalized * (mRange.mSecond - mRange.mFirst)));
 }
 
 float TVortelValueConverter::NormalizedFromReal(float real) const noexcept {
-	const double minimum = mRange.mFirst;
-	const double maximum = mRange.mSecond;
-	return ClampNormalized((RoundIf(IsStepped(), real) - minimum) / (maximum - minimum));
+	return ClampNormalized((RoundIf(IsStepped(), real) - mRange.mFirst) / (mRange.mSecond - mRange.mFirst));
 }
 
 TString TVortelValueConverter::TextFromReal(float real, const TString& format) const {
@@ -92,15 +96,15 @@ bool TVortelValueConverter::ScanReal(const TString& text, float& real) const {
 	return true;
 }
 
-float TVortelValueConverter::ClampToRange(double real) const noexcept {
-	return static_cast<float>(Clamp(real, mRange.mFirst, mRange.mSecond));
+float TVortelValueConverter::ClampToRange(float real) const noexcept {
+	return Clamp(real, mRange.mFirst, mRange.mSecond);
 }
 
 TVortelPowerOfTwoValueConverter::TVortelPowerOfTwoValueConverter(
     TRange range, const TString& format, const TString& unit, const TString& prefix, bool stepped)
     : TVortelValueConverter(range, format, unit, prefix, stepped),
-      mLog2Minimum(std::log2(range.mFirst)),
-      mLog2Maximum(std::log2(range.mSecond)) {}
+      mLog2Minimum(Log2(range.mFirst)),
+      mLog2Maximum(Log2(range.mSecond)) {}
 
 TString TVortelPowerOfTwoValueConverter::TextFromNormalized(float normalized) const {
 	return TextFromReal(RealFromNormalized(normalized), IsStepped() ? kWholeFormat : kTwoDigitsFormat);
@@ -112,16 +116,12 @@ bool TVortelPowerOfTwoValueConverter::NormalizedFromText(float* result, const TS
 }
 
 float TVortelPowerOfTwoValueConverter::RealFromNormalized(float normalized) const noexcept {
-	const double minimum = mLog2Minimum;
-	const double maximum = mLog2Maximum;
-	return ClampToRange(std::exp2(RoundIf(IsStepped(), minimum + normalized * (maximum - minimum))));
+	return ClampToRange(Exp2(RoundIf(IsStepped(), mLog2Minimum + normalized * (mLog2Maximum - mLog2Minimum))));
 }
 
 float TVortelPowerOfTwoValueConverter::NormalizedFromReal(float real) const noexcept {
-	const double minimum = mLog2Minimum;
-	const double maximum = mLog2Maximum;
-	const double exponent = RoundIf(IsStepped(), std::log2(static_cast<double>(ClampToRange(real))));
-	return ClampNormalized((exponent - minimum) / (maximum - minimum));
+	const float exponent = RoundIf(IsStepped(), Log2(ClampToRange(real)));
+	return ClampNormalized((exponent - mLog2Minimum) / (mLog2Maximum - mLog2Minimum));
 }
 
 TString TVortelBeatTimeValueConverter::TextFromNormalized(float normalized) const {
@@ -179,38 +179,35 @@ bool TVortelEnumValueConverter::NormalizedFromText(float* result, const TString&
 }
 
 float TVortelEnumValueConverter::RealFromNormalized(float normalized) const noexcept {
-	return ClampToRange(std::round(static_cast<double>(mRange.mSecond) * normalized));
+	return ClampToRange(std::round(mRange.mSecond * normalized));
 }
 
 float TVortelEnumValueConverter::NormalizedFromReal(float real) const noexcept {
-	return mNames.size() < 2 ? 0.0f : ClampNormalized(static_cast<double>(real) / mRange.mSecond);
+	return mNames.size() < 2 ? 0.0f : ClampNormalized(real / mRange.mSecond);
 }
 
 float TVortelFrequencyValueConverter::RealFromNormalized(float normalized) const noexcept {
-	const double minimum = mRange.mFirst;
-	const double maximum = mRange.mSecond;
 	if (!(normalized > 0.0f))
 		return mRange.mFirst;
-	return ClampToRange(minimum + (maximum - minimum) * (std::pow(100.0, normalized) - 1.0) / 99.0);
+	const double part = (std::pow(100.0, normalized) - 1.0) / 99.0;
+	return ClampToRange(static_cast<float>(mRange.mFirst + (mRange.mSecond - mRange.mFirst) * part));
 }
 
 float TVortelFrequencyValueConverter::NormalizedFromReal(float real) const noexcept {
-	const double minimum = mRange.mFirst;
-	const double maximum = mRange.mSecond;
-	const double part = (real - minimum) / (maximum - minimum);
-	if (!(part > 0.0))
+	const float part = (real - mRange.mFirst) / (mRange.mSecond - mRange.mFirst);
+	if (!(part > 0.0f))
 		return 0.0f;
-	return ClampNormalized(std::log10(99.0 * part + 1.0) / 2.0);
+	return ClampNormalized(static_cast<float>(std::log10(99.0 * part + 1.0) / 2.0));
 }
 
 TVortelPanningValueConverter::TVortelPanningValueConverter() : TVortelValueConverter({0.0f, 1.0f}, kTwoDigitsFormat) {}
 
 TString TVortelPanningValueConverter::TextFromNormalized(float normalized) const {
-	const double offset = (static_cast<double>(ClampNormalized(normalized)) - 0.5) * 100.0;
-	const auto percent = static_cast<int>(std::abs(offset) + 0.5);
-	if (offset == 0.0)
+	const float offset = (ClampNormalized(normalized) - 0.5f) * 100.0f;
+	const auto percent = static_cast<int>(std::abs(offset) + 0.5f);
+	if (offset == 0.0f)
 		return kCenter;
-	return TString::ToString(percent) + (offset > 0.0 ? " R" : " L");
+	return TString::ToString(percent) + (offset > 0.0f ? " R" : " L");
 }
 
 bool TVortelPanningValueConverter::NormalizedFromText(float* result, const TString& text) const {
@@ -224,7 +221,8 @@ bool TVortelPanningValueConverter::NormalizedFromText(float* result, const TStri
 	int percent = 0;
 	if ((!right && !Contains(text, "l")) || !TString::FromString(text, percent))
 		return false;
-	*result = ClampNormalized(0.5 + (right ? percent : -percent) / 100.0);
+	const float offset = static_cast<float>(percent) / 100.0f;
+	*result = ClampNormalized(right ? 0.5f + offset : 0.5f - offset);
 	return true;
 }
 

@@ -13,8 +13,9 @@
 /// milliseconds, a note division, an index of a name list) and back, and either to text. This class is the linear
 /// curve.
 ///
-/// Every result lies inside the range, whatever goes in; not-a-number counts as the minimum. Each curve is evaluated in
-/// double and rounded to float once, so that a result is the float nearest to the formula on every compiler.
+/// Every result lies inside the range, whatever goes in; not-a-number counts as the minimum. The arithmetic is float,
+/// step by step, so that a real value survives the way to normalised and back: lengths in samples are cut from it.
+/// Only powers and logarithms are taken in double and rounded once, to come out alike with every library.
 /// One converter may serve several parameters. RealFromNormalized and NormalizedFromReal neither allocate nor lock: any
 /// thread. The texts: main thread.
 class TVortelValueConverter : public TReferenceCountable {
@@ -50,7 +51,7 @@ protected:
 	TString TextFromReal(float real, const TString& format) const;
 	/// Reads a number, after taking the prefix out of the text. Not-a-number does not count as one.
 	bool ScanReal(const TString& text, float& real) const;
-	float ClampToRange(double real) const noexcept;
+	float ClampToRange(float real) const noexcept;
 
 	TRange mRange;
 	TString mFormat;

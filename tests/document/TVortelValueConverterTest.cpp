@@ -83,6 +83,14 @@ TEST_F(TVortelValueConverterTest, BeatTimeReadsAsBeatsOrAsPartOfABar) {
 	EXPECT_EQ(TextOf(converter, 1.5f), "2.67 beats");
 }
 
+TEST_F(TVortelValueConverterTest, PowersOfTwoAreExactWithoutStepsToo) {
+	for (const float minimum : {0.5f, 1.0f, 4.0f}) {
+		const TVortelBeatTimeValueConverter converter({minimum, 256.0f}, "%f");
+		for (float real = minimum; real <= 256.0f; real *= 2.0f)
+			EXPECT_EQ(converter.RealFromNormalized(converter.NormalizedFromReal(real)), real);
+	}
+}
+
 TEST_F(TVortelValueConverterTest, BeatTimeOrdinals) {
 	// Ranges of one value: the text of whatever stands in a stepped converter.
 	const auto text = [](float real) {
