@@ -28,3 +28,25 @@ void TVABiquadFilter::SetHighShelf(double frequency, double sampleRate, double q
 	mA1 = 2.0 * ((a - 1.0) - (a + 1.0) * std::cos(w)) * scale;
 	mA2 = ((a + 1.0) - cosine - sine) * scale;
 }
+
+double TVABiquadFilter::ProcessLeft(double x) {
+	const TState before = mState;
+	const double y = _mm_cvtsd_f64(Process(_mm_set_sd(x)));
+	const auto keepRight = [](__m128d& now, __m128d then) { now = _mm_move_sd(then, now); };
+	keepRight(mState.mX1, before.mX1);
+	keepRight(mState.mX2, before.mX2);
+	keepRight(mState.mY1, before.mY1);
+	keepRight(mState.mY2, before.mY2);
+	return y;
+}
+
+double TVABiquadFilter::ProcessRight(double x) {
+	const TState before = mState;
+	const __m128d y = Process(_mm_set1_pd(x));
+	const auto keepLeft = [](__m128d& now, __m128d then) { now = _mm_move_sd(now, then); };
+	keepLeft(mState.mX1, before.mX1);
+	keepLeft(mState.mX2, before.mX2);
+	keepLeft(mState.mY1, before.mY1);
+	keepLeft(mState.mY2, before.mY2);
+	return _mm_cvtsd_f64(_mm_unpackhi_pd(y, y));
+}

@@ -34,6 +34,10 @@ public:
 		return static_cast<float>(y);
 	}
 
+	/// In place: each sample gets `returned` x the signal of `delay` samples ago added, after send x the sample and
+	/// the feedback have gone into the line. The same as Process for each sample, to rounding, while the delay rests.
+	void ProcessSteady(float* samples, int count, float send, float feedback, double delay, float returned);
+
 private:
 	float At(int index) const { return mSamples[index & (mSize - 1)]; }
 

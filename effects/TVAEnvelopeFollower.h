@@ -30,6 +30,8 @@ public:
 		return mOutput;
 	}
 
+	void ClearState() { mEnvelope = mOutput = 0.0; }
+
 private:
 	static constexpr double kHoldLevel = 9.999999747378752e-6; // 1e-5f
 

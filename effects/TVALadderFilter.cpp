@@ -19,7 +19,6 @@ constexpr double kMaximumFrequency = 0.49875311720698257; // of the sample rate
 constexpr double kFrequencyScale = 1.84;
 constexpr double kCutoffCurve = 0.800000011920929; // 0.8f
 constexpr double kResonanceCurve = 1.258;
-constexpr float kSaneInput = 4.0f * 32768.0f;
 
 // exp on 0 to 1.258, the range of the resonance curve: Taylor's series of exp(x / 2), squared. The relative error stays
 // below 1e-13. Evaluated for two values at once.
@@ -107,10 +106,6 @@ inline void TVALadderFilter::WithMode(TAction action) {
 }
 
 void TVALadderFilter::ProcessBlock(float* left, float* right, int count) {
-	if (count < 1)
-		return;
-	const float lastLeft = left[count - 1];
-	const float lastRight = right[count - 1];
 	WithMode([&](auto mode) {
 		const TCoefficients coefficients = Spread(mCutoff, mStageFeedback, mResonance);
 		TState state = mState;
@@ -118,7 +113,6 @@ void TVALadderFilter::ProcessBlock(float* left, float* right, int count) {
 			StoreFrame(left + i, right + i, Step<mode>(state, coefficients, LoadFrame(left + i, right + i)));
 		mState = state;
 	});
-	DropLostState(lastLeft, lastRight, count);
 }
 
 void TVALadderFilter::ProcessRamped(
@@ -126,8 +120,6 @@ void TVALadderFilter::ProcessRamped(
 	if (frequencyAndQ.empty())
 		return;
 	const int count = static_cast<int>(frequencyAndQ.size());
-	const float lastLeft = left[count - 1];
-	const float lastRight = right[count - 1];
 	mMode = mode;
 	WithMode([&](auto kMode) {
 		const __m128d one = _mm_set1_pd(1.0);
@@ -164,7 +156,6 @@ void TVALadderFilter::ProcessRamped(
 	});
 	const auto& last = frequencyAndQ.back().mValues;
 	SetCoefficients(mode, last[0], sampleRate, last[1]);
-	DropLostState(lastLeft, lastRight, count);
 }
 
 void TVALadderFilter::TState::Take(__m128d mask, const TState& other) {
@@ -193,21 +184,4 @@ double TVALadderFilter::ProcessSampleLeft(double x) {
 double TVALadderFilter::ProcessSampleRight(double x) {
 	const __m128d output = ProcessSample(x, ChannelMask(false, true));
 	return _mm_cvtsd_f64(_mm_unpackhi_pd(output, output));
-}
-
-bool TVALadderFilter::IsHung(std::size_t channel, double lastStage, float lastInput, int count) {
-	const bool atLimit = std::abs(lastStage) >= kLimit && std::abs(lastInput) <= kSaneInput;
-	mHungSamples[channel] = atLimit ? mHungSamples[channel] + count : 0;
-	return mHungSamples[channel] * 2.0 > mSampleRate;
-}
-
-void TVALadderFilter::DropLostState(float lastLeft, float lastRight, int count) {
-	const __m128d sum = _mm_add_pd(_mm_add_pd(mState.mX, mState.mY1), _mm_add_pd(mState.mY2, mState.mY3));
-	const __m128d zeros = _mm_mul_pd(sum, _mm_setzero_pd()); // not a number unless finite; mY4 is limited
-	const int broken = _mm_movemask_pd(_mm_cmpunord_pd(zeros, zeros));
-	const bool lostLeft = IsHung(0, _mm_cvtsd_f64(mState.mY4), lastLeft, count) || (broken & 1) != 0;
-	const bool lostRight =
-	    IsHung(1, _mm_cvtsd_f64(_mm_unpackhi_pd(mState.mY4, mState.mY4)), lastRight, count) || (broken & 2) != 0;
-	if (lostLeft || lostRight)
-		mState.Take(ChannelMask(lostLeft, lostRight), TState());
 }

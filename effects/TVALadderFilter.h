@@ -3,17 +3,13 @@
 
 #include "effects/TRampable.h"
 
-#include <array>
 #include <emmintrin.h>
 #include <span>
 
 /// Stereo four-stage ladder with a soft limit in the last stage; the filter behind every effect. Audio thread.
 /// Samples are in the engine's scale (full scale 32768), frequencies in hertz, q is normalised 0 to 1.
 ///
-/// The state lives on from block to block and is never cleared by use. Only a state that no sane input could bring
-/// back is dropped, at the end of a block: one that is not finite, or one whose last stage has hung at its limit for
-/// half a second under sane input (feedback makes the limit a resting place; only input far beyond full scale leads
-/// there).
+/// The state lives on from block to block; only ClearState drops it.
 class TVALadderFilter {
 public:
 	enum TMode : int { kUnset = -1, kLowpass = 0, kHighpass = 1, kBandpass = 2, kBandstop = 3 };
@@ -31,6 +27,8 @@ public:
 
 	double ProcessSampleLeft(double x);
 	double ProcessSampleRight(double x);
+
+	void ClearState() { mState = {}; }
 
 private:
 	/// Left in the lower half, right in the upper.
@@ -55,8 +53,6 @@ private:
 	template <class TAction>
 	void WithMode(TAction action);
 	__m128d ProcessSample(double x, __m128d channel);
-	void DropLostState(float lastLeft, float lastRight, int count);
-	bool IsHung(std::size_t channel, double lastStage, float lastInput, int count);
 
 	int mMode = kUnset;
 	double mFrequency = 0.0;
@@ -66,5 +62,4 @@ private:
 	double mStageFeedback = 0.0;
 	double mResonance = 0.0;
 	TState mState{};
-	std::array<int, 2> mHungSamples{}; // how long a last stage has been at its limit under sane input
 };

@@ -23,18 +23,17 @@ inline void StoreFrame(float* left, float* right, __m128d frame) {
 	_mm_store_ss(right, _mm_shuffle_ps(samples, samples, 1));
 }
 
-inline bool IsFinite(const float* samples, int count) {
-	const __m128 zero = _mm_setzero_ps();
-	__m128 found = zero; // x * 0 is not a number for an x that is not finite, and 0 or -0 for all others
+/// Whether every sample is a number and no farther from 0 than the limit.
+inline bool AreWithin(const float* samples, int count, float limit) {
+	const __m128 most = _mm_set1_ps(limit);
+	const __m128 sign = _mm_set1_ps(-0.0f);
+	__m128 found = _mm_setzero_ps();
 	int i = 0;
-	for (; i <= count - 8; i += 8) {
-		const __m128 first = _mm_mul_ps(zero, _mm_loadu_ps(samples + i));
-		const __m128 second = _mm_mul_ps(zero, _mm_loadu_ps(samples + i + 4));
-		found = _mm_or_ps(found, _mm_or_ps(first, second));
-	}
+	for (; i <= count - 4; i += 4)
+		found = _mm_or_ps(found, _mm_cmpnle_ps(_mm_andnot_ps(sign, _mm_loadu_ps(samples + i)), most));
 	for (; i < count; ++i)
-		found = _mm_or_ps(found, _mm_mul_ss(zero, _mm_load_ss(samples + i)));
-	return _mm_movemask_ps(_mm_cmpunord_ps(found, found)) == 0;
+		found = _mm_or_ps(found, _mm_cmpnle_ss(_mm_andnot_ps(sign, _mm_load_ss(samples + i)), most));
+	return _mm_movemask_ps(found) == 0;
 }
 
 /// What is not finite becomes 0.

@@ -13,6 +13,7 @@ namespace {
 
 constexpr float kRampCoefficient = 1.0f / 64.0f;
 constexpr float kCenterGain = 0.70710677f; // what constant power gives in the middle; the law is scaled to 1 there
+constexpr float kSaneInput = 1e12f;        // 150 dB above full scale
 constexpr int kRampedSamples = 64;         // how many rows of ramp values are made at a time
 
 using TRampRows = std::array<TRampGroup::TRow, kRampedSamples>;
@@ -180,7 +181,7 @@ void TVortelDspDevice::CaptureDry(float* left, float* right, int count) {
 void TVortelDspDevice::Process(float* left, float* right, int count) {
 	if (mFollowsParameters)
 		PullParameters();
-	RepairInput(left, right, count);
+	GuardState(left, right, count);
 	ProcessEffect(left, right, count);
 	ProcessFilter(left, right, count);
 	ProcessMix(left, right, count);
@@ -188,12 +189,20 @@ void TVortelDspDevice::Process(float* left, float* right, int count) {
 		ProcessFade(left, right, count);
 }
 
-/// A sample that is no number would stay for good in recordings, delay lines and followers.
-void TVortelDspDevice::RepairInput(float* left, float* right, int count) {
-	for (float* samples : {left, right}) {
-		if (!VortelBuffers::IsFinite(samples, count))
-			VortelBuffers::ReplaceNonFinite(samples, count);
+/// Samples that are no numbers, or far beyond any scale, would stay for good in recordings, delay lines and followers.
+/// The former become 0; after either, the first sane slice finds a fresh state. Other samples are never touched.
+void TVortelDspDevice::GuardState(float* left, float* right, int count) {
+	if (VortelBuffers::AreWithin(left, count, kSaneInput) && VortelBuffers::AreWithin(right, count, kSaneInput)) {
+		if (mStateIsSuspect) {
+			mStateIsSuspect = false;
+			mFilter.ClearState();
+			OnStateLost();
+		}
+		return;
 	}
+	mStateIsSuspect = true;
+	VortelBuffers::ReplaceNonFinite(left, count);
+	VortelBuffers::ReplaceNonFinite(right, count);
 }
 
 void TVortelDspDevice::ProcessFilter(float* left, float* right, int count) {

@@ -90,6 +90,9 @@ protected:
 	/// The next sample is the first of a block that begins while the device runs.
 	virtual void OnRetrigger() { OnStart(); }
 
+	/// The input is sane again after samples that no state survives: a fresh start, and followers and the like cleared.
+	virtual void OnStateLost() { OnStart(); }
+
 	/// Once per slice, and before OnStart: the place to read the scene.
 	virtual void OnParametersChanged() {}
 
@@ -123,7 +126,7 @@ private:
 	enum TFadeState : int { kIdle = 0, kFadingIn = 1, kOn = 2, kFadingOut = 3 };
 
 	void PullParameters();
-	static void RepairInput(float* left, float* right, int count);
+	void GuardState(float* left, float* right, int count);
 	void ProcessFilter(float* left, float* right, int count);
 	void ProcessRampedFilter(float* left, float* right, int count);
 	void ProcessRampedMix(float* left, float* right, int count);
@@ -144,6 +147,7 @@ private:
 	int mFadePosition = 0;
 	TPtr<TVortelDeClickEnvelope> mpFadeEnvelope;
 	bool mRunning = false;
+	bool mStateIsSuspect = false; // the input was insane, and what the device remembers with it
 	int32_t mSampleRate = -1;
 	int32_t mBlockSize = -1;
 	float mTempo = kDefaultTempo;

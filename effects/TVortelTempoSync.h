@@ -26,6 +26,9 @@ inline double BarLength(double samplesPerBeat, EVortelTimeMode mode) {
 	}
 }
 
+/// Longer than any length that is of use, short enough to add to.
+inline constexpr int kLongest = 1 << 30;
+
 /// Whole part, at most `limit`. Defined for any value: a tempo that makes no sense gives 0 or the limit.
 inline int WholeSamples(double length, int limit) {
 	if (!(length < limit))

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "effects/TVortelDelayDspDevice.h"
+
+#include "document/TVortelEffectDevices.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+enum TParameterId : int32_t {
+	kTime = 177,
+	kMode = 178,
+	kFeedback = 179,
+	kSlew = 180,
+	kSend = 181,
+	kSpread = 182,
+	kReturn = 183
+};
+
+constexpr double kMaximumDelayInSeconds = 60.0 / 32.0 * 1.5;
+constexpr double kSlowestGlide = 1e-5;
+constexpr double kFastestGlide = 0.002;
+/// A glide nearer to its end than this many samples is not heard: 1e-9 of the steepest step between two samples.
+constexpr double kArrived = 1e-9;
+
+} // namespace
+
+TVortelDelayDspDevice::TVortelDelayDspDevice(TVortelDelayDevice* device, THost* host, int32_t index)
+    : TVortelDspDevice(device, host, index),
+      mTimeParameter(*device->mpTime),
+      mModeParameter(*device->mpTimeMode) {
+	FinishConstruction();
+}
+
+void TVortelDelayDspDevice::ComputeDelays() {
+	const double time = VortelTempoSync::BarLength(mSamplesPerBeat, mMode) / mTime;
+	const float spread = mSpread * 2.0f - 1.0f;
+	mTargetLeft = mTargetRight = time;
+	if (spread > 0.0f)
+		mTargetRight += spread * time * 0.5;
+	if (spread < 0.0f)
+		mTargetLeft += spread * time * -0.5;
+	for (double* target : {&mTargetLeft, &mTargetRight})
+		*target = std::clamp(*target, static_cast<double>(mMinimumDelay), static_cast<double>(mMaximumDelay - 1));
+}
+
+void TVortelDelayDspDevice::ComputeGlide() {
+	const double slew = mSlew;
+	mGlide = std::clamp(slew * slew * 0.002 * 44100.0 / SampleRate(), kSlowestGlide, kFastestGlide);
+	mGlideKeep = 1.0 - mGlide;
+}
+
+void TVortelDelayDspDevice::OnParametersChanged() {
+	const auto mode = static_cast<EVortelTimeMode>(mModeParameter.ReadWhole(*Scene()));
+	const float time = mTimeParameter.Read(*Scene());
+	const float spread = Scene()->ParameterValue(kSpread);
+	if (mode != mMode || time != mTime || spread != mSpread) {
+		mMode = mode;
+		mTime = time;
+		mSpread = spread;
+		ComputeDelays();
+	}
+	mFeedback = Scene()->ParameterValue(kFeedback);
+	if (const float slew = Scene()->ParameterValue(kSlew); slew != mSlew) {
+		mSlew = slew;
+		ComputeGlide();
+	}
+	mSendRamp.SetTarget(Scene()->ParameterValue(kSend));
+	mReturnRamp.SetTarget(Scene()->ParameterValue(kReturn));
+}
+
+void TVortelDelayDspDevice::OnSampleRateChanged(int32_t rate) {
+	mSendRamp.SetScale(RampScale());
+	mReturnRamp.SetScale(RampScale());
+	mMinimumDelay = static_cast<int>(rate * 0.001);
+	mMaximumDelay = static_cast<int>(rate * kMaximumDelayInSeconds);
+	mLineLeft.SetLength(mMaximumDelay);
+	mLineRight.SetLength(mMaximumDelay);
+	OnTempoChanged(Tempo());
+	ComputeGlide();
+}
+
+void TVortelDelayDspDevice::OnTempoChanged(float tempo) {
+	mSamplesPerBeat = VortelTempoSync::SamplesPerBeat(SampleRate(), tempo);
+	ComputeDelays();
+}
+
+void TVortelDelayDspDevice::OnStart() {
+	mLineLeft.Clear();
+	mLineRight.Clear();
+	mCurrentLeft = mTargetLeft;
+	mCurrentRight = mTargetRight;
+}
+
+bool TVortelDelayDspDevice::IsGliding() const {
+	return std::abs(mTargetLeft - mCurrentLeft) > kArrived || std::abs(mTargetRight - mCurrentRight) > kArrived;
+}
+
+void TVortelDelayDspDevice::ProcessEffect(float* left, float* right, int count) {
+	if (IsGliding() || mSendRamp.IsRamping() || mReturnRamp.IsRamping()) {
+		ProcessMoving(left, right, count);
+		return;
+	}
+	mLineLeft.ProcessSteady(left, count, mSendRamp.Target(), mFeedback, mTargetLeft, mReturnRamp.Target());
+	mLineRight.ProcessSteady(right, count, mSendRamp.Target(), mFeedback, mTargetRight, mReturnRamp.Target());
+}
+
+void TVortelDelayDspDevice::ProcessMoving(float* left, float* right, int count) {
+	const double towardsLeft = mGlide * mTargetLeft;
+	const double towardsRight = mGlide * mTargetRight;
+	const bool ramping = mSendRamp.IsRamping() || mReturnRamp.IsRamping();
+	float send = mSendRamp.Target();
+	float returned = mReturnRamp.Target();
+	for (int i = 0; i < count; ++i) {
+		if (ramping) {
+			mSendRamp.Step();
+			mReturnRamp.Step();
+			send = mSendRamp.Current();
+			returned = mReturnRamp.Current();
+		}
+		mCurrentLeft = towardsLeft + mCurrentLeft * mGlideKeep;
+		mCurrentRight = towardsRight + mCurrentRight * mGlideKeep;
+		left[i] += returned * mLineLeft.Process(send * left[i], mFeedback, mCurrentLeft);
+		right[i] += returned * mLineRight.Process(send * right[i], mFeedback, mCurrentRight);
+	}
+}

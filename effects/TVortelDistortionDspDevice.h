@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "effects/TVABiquadFilter.h"
+#include "effects/TVortelDspDevice.h"
+
+#include <array>
+#include <emmintrin.h>
+
+class TVortelDistortionDevice;
+
+/// Four ways to distort behind one tone control, with outputs for wet and dry. Filter and DC states go on from block to
+/// block and are cleared when the type changes.
+class TVortelDistortionDspDevice final : public TVortelDspDevice {
+public:
+	TVortelDistortionDspDevice(TVortelDistortionDevice* device, THost* host, int32_t index);
+
+protected:
+	void ProcessEffect(float* left, float* right, int count) override;
+	void OnSampleRateChanged(int32_t rate) override;
+	void OnParametersChanged() override;
+
+	void OnStateLost() override { OnTypeChanged(); }
+
+	virtual void OnTypeChanged();
+
+private:
+	enum TType : int { kRazor = 0, kShape = 1, kFold = 2, kShift = 3 };
+
+	/// A left and a right value of the filter that takes DC out of the rectified signal; floats, kept as doubles.
+	struct TShiftState {
+		__m128d mOut = _mm_setzero_pd();
+		__m128d mIn = _mm_setzero_pd();
+	};
+
+	class TRazorCurve;
+	class TShapeCurve;
+	class TFoldCurve;
+	class TShiftCurve;
+
+	template <class TCurve>
+	void ProcessWith(float* left, float* right, int count);
+	template <class TCurve, bool kDriveMoves, bool kOutputMoves>
+	void ProcessSamples(float* left, float* right, int count);
+	void UpdateTone();
+
+	TVortelConvertedParameter mTypeParameter;
+	int mType = kRazor;
+	TRampable<float> mDriveRamp{0.2f, 1.0f / 32.0f};
+	float mTone = 0.5f;
+	TRampable<float> mWetRamp{0.75f, 1.0f / 256.0f};
+	TRampable<float> mDryRamp{0.0f, 1.0f / 256.0f};
+	TShiftState mShift;
+	TVABiquadFilter mToneFilter;
+};

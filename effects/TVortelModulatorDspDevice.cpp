@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "effects/TVortelModulatorDspDevice.h"
+
+#include "document/TVortelEffectDevices.h"
+#include "effects/VectorMath.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace {
+
+enum TParameterId : int32_t {
+	kFrequency = 17,
+	kDepth = 18,
+	kOscVolume = 19,
+	kFMAmount = 20,
+	kFMAttack = 21,
+	kFMRelease = 22,
+	kSpread = 23
+};
+
+constexpr double kTwoPi = 2.0 * std::numbers::pi;
+constexpr double kQuarterTurn = 1.5707963705062866; // pi / 2 as a float
+constexpr double kFullScale = 32767.0;
+constexpr double kLowestFrequency = 1.0;
+constexpr double kHighestFrequency = 5000.0;
+
+} // namespace
+
+TVortelModulatorDspDevice::TVortelModulatorDspDevice(TVortelModulatorDevice* device, THost* host, int32_t index)
+    : TVortelDspDevice(device, host, index),
+      mFrequencyParameter(*device->mpFrequency),
+      mAttackParameter(*device->mpFMAttack),
+      mReleaseParameter(*device->mpFMRelease) {
+	FinishConstruction();
+}
+
+std::array<TRampable<float>*, 5> TVortelModulatorDspDevice::Ramps() {
+	return {&mFrequencyRamp, &mDepthRamp, &mOscRamp, &mFMRamp, &mSpreadRamp};
+}
+
+void TVortelModulatorDspDevice::SetFollower() {
+	mFollower.SetAttack(mAttack, SampleRate());
+	mFollower.SetRelease(mRelease, SampleRate());
+}
+
+void TVortelModulatorDspDevice::OnParametersChanged() {
+	mFrequencyRamp.SetTarget(mFrequencyParameter.Read(*Scene()));
+	mDepthRamp.SetTarget(Scene()->ParameterValue(kDepth));
+	mOscRamp.SetTarget(Scene()->ParameterValue(kOscVolume));
+	mFMRamp.SetTarget(Scene()->ParameterValue(kFMAmount));
+	mSpreadRamp.SetTarget(Scene()->ParameterValue(kSpread));
+	mAttack = mAttackParameter.Read(*Scene());
+	mRelease = mReleaseParameter.Read(*Scene());
+	SetFollower();
+}
+
+void TVortelModulatorDspDevice::OnSampleRateChanged(int) {
+	for (TRampable<float>* ramp : Ramps())
+		ramp->SetScale(RampScale());
+	SetFollower();
+}
+
+/// The oscillator begins at its peak, so the ring modulator begins at full level.
+void TVortelModulatorDspDevice::OnStart() {
+	mPhase = std::numbers::pi / 2.0;
+	for (TRampable<float>* ramp : Ramps())
+		ramp->Finish();
+}
+
+void TVortelModulatorDspDevice::OnStateLost() {
+	mFollower.ClearState();
+	OnStart();
+}
+
+void TVortelModulatorDspDevice::ProcessEffect(float* left, float* right, int count) {
+	const auto ramps = Ramps();
+	if (std::any_of(ramps.begin(), ramps.end(), [](const TRampable<float>* ramp) { return ramp->IsRamping(); }))
+		ProcessSamples<true>(left, right, count);
+	else
+		ProcessSamples<false>(left, right, count);
+}
+
+template <bool kRamping>
+void TVortelModulatorDspDevice::ProcessSamples(float* left, float* right, int count) {
+	float frequency = mFrequencyRamp.Target();
+	float depth = mDepthRamp.Target();
+	float osc = mOscRamp.Target();
+	float fm = mFMRamp.Target();
+	float spread = mSpreadRamp.Target();
+	const double radiansPerHertz = kTwoPi / SampleRate();
+	TVAEnvelopeFollower follower = mFollower;
+	double phase = mPhase;
+	for (int i = 0; i < count; ++i) {
+		if constexpr (kRamping) {
+			for (TRampable<float>* ramp : Ramps())
+				ramp->Step();
+			frequency = mFrequencyRamp.Current();
+			depth = mDepthRamp.Current();
+			osc = mOscRamp.Current();
+			fm = mFMRamp.Current();
+			spread = mSpreadRamp.Current();
+		}
+		const double envelope = follower.Process((std::abs(left[i]) + std::abs(right[i])) / 2.0f / kFullScale);
+		const double hertz =
+		    std::clamp(frequency + envelope * (fm - 0.5) * 2.0 * 5000.0, kLowestFrequency, kHighestFrequency);
+		const double offset = (spread * 2.0 - 1.0) * kQuarterTurn;
+		const __m128d sine = VectorMath::Sine(_mm_set_pd(phase + offset, phase - offset));
+		phase += hertz * radiansPerHertz;
+		if (phase >= kTwoPi)
+			phase = std::fmod(phase, kTwoPi);
+		const __m128d in = _mm_set_pd(right[i], left[i]);
+		const __m128d ring = _mm_mul_pd(in, _mm_add_pd(_mm_mul_pd(sine, _mm_set1_pd(depth)), _mm_set1_pd(1.0 - depth)));
+		const __m128d out = _mm_add_pd(ring, _mm_mul_pd(sine, _mm_set1_pd(osc * kFullScale)));
+		const __m128 samples = _mm_cvtpd_ps(out);
+		_mm_store_ss(left + i, samples);
+		_mm_store_ss(right + i, _mm_shuffle_ps(samples, samples, 1));
+	}
+	mPhase = phase;
+	mFollower = follower;
+}
