@@ -36,6 +36,13 @@ uint64_t Hash(std::string_view text) {
 	return hash;
 }
 
+TText LineOf(const char* category, const char* text) {
+	TText line(category);
+	if (!line.empty())
+		line += ": ";
+	return line += text;
+}
+
 /// While set, messages of this thread come from logging itself.
 constinit thread_local bool sIsLogging = false;
 
@@ -208,11 +215,20 @@ void TLog::Log(const char* category, const char* format, ...) {
 }
 
 void TLog::LogText(const char* category, const char* text) {
-	RunUnlessLogging([&] { WriteLine(OpenIfClosed(), category, text); });
+	RunUnlessLogging([&] {
+		// Composed first: opening the file makes CStrings, and the texts may be older ones that these would overwrite.
+		const TText line = LineOf(category, text);
+		const uint64_t subject = Hash(category);
+		WriteLine(OpenIfClosed(), subject, line);
+	});
 }
 
 void TLog::LogString(const char* category, const TString& text) {
-	RunUnlessLogging([&] { WriteLine(OpenIfClosed(), category, text.CString(kPlatformEncoding)); });
+	RunUnlessLogging([&] {
+		const TText line = LineOf(category, text.CString(kPlatformEncoding));
+		const uint64_t subject = Hash(category);
+		WriteLine(OpenIfClosed(), subject, line);
+	});
 }
 
 int64_t TLog::SteadyMilliseconds() {
@@ -252,7 +268,7 @@ void TLog::WriteHeader() {
 	const auto write = [this](const char* format, auto... values) {
 		std::array<char, 256> line;
 		std::snprintf(line.data(), line.size(), format, values...);
-		WriteLine(true, "", line.data());
+		WriteLine(true, Hash(""), line.data());
 	};
 	write("%s", kRule);
 	write(
@@ -264,23 +280,18 @@ void TLog::WriteHeader() {
 	write("%s", kRule);
 }
 
-void TLog::WriteLine(bool toFile, const char* category, const char* text) {
-	TText line(category);
-	if (!line.empty())
-		line += ": ";
-	line += text;
+void TLog::WriteLine(bool toFile, uint64_t subject, std::string_view line) {
 	if (toFile)
-		WriteToFile((StartsParagraph(category) ? "\n" + line : line) + "\n");
+		WriteToFile(TText(StartsParagraph(subject) ? "\n" : "").append(line).append("\n"));
 	if (EchoesToConsole())
-		std::puts((ProductInfo::kProductName + (" LOG> " + line)).c_str());
+		std::puts(TText(ProductInfo::kProductName).append(" LOG> ").append(line).c_str());
 }
 
-bool TLog::StartsParagraph(const char* category) {
-	const uint64_t hash = Hash(category);
+bool TLog::StartsParagraph(uint64_t subject) {
 	const int64_t now = mClock();
-	const bool isNewCategory = mLastCategory.exchange(hash, std::memory_order_relaxed) != hash;
+	const bool isNewSubject = mLastCategory.exchange(subject, std::memory_order_relaxed) != subject;
 	const bool isAfterPause = now - mLastLineTime.exchange(now, std::memory_order_relaxed) > kPauseInMilliseconds;
-	return isNewCategory || isAfterPause;
+	return isNewSubject || isAfterPause;
 }
 
 void TLog::WriteToFile(std::string_view bytes) {

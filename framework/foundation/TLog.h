@@ -60,8 +60,8 @@ private:
 	bool OpenIfClosed();
 	bool Open();
 	void WriteHeader();
-	void WriteLine(bool toFile, const char* category, const char* text);
-	bool StartsParagraph(const char* category);
+	void WriteLine(bool toFile, uint64_t subject, std::string_view line);
+	bool StartsParagraph(uint64_t subject);
 	void WriteToFile(std::string_view bytes);
 
 	TDirectory mDirectory;
@@ -69,7 +69,7 @@ private:
 	TClock mClock;
 	bool mTruncate = false;
 	bool mWriteHeader = true;
-	std::atomic<uint64_t> mLastCategory; // a hash of its text, so that any thread may read and write it
+	std::atomic<uint64_t> mLastCategory; // its hash, so that any thread may read and write it
 	std::atomic<int64_t> mLastLineTime{0};
 	std::mutex mOpenLock; // taken for the opening only
 	TFile mFile;

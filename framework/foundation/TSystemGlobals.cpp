@@ -5,16 +5,19 @@
 #include "framework/foundation/TThreadManager.h"
 
 #include <cstdio>
+#include <string>
 
 namespace {
 
-void LogLines(const char* category, const TString& text) {
+void LogLines(const TString& category, const TString& text) {
+	std::string categoryBytes; // a CString would not outlive the lines
+	category.ToBytes(categoryBytes, kPlatformEncoding);
 	const TPtr<TLog> log = TLog::Instance();
 	for (const TString& line : text.SplitLines()) {
 		TString trimmed = line;
 		trimmed.Trim();
 		if (!trimmed.IsEmpty())
-			log->LogString(category, line);
+			log->LogString(categoryBytes.c_str(), line);
 	}
 }
 
@@ -48,7 +51,7 @@ void TSystemGlobals::ShowMessage(const TString& text, TMessageKind kind) {
 }
 
 void TSystemGlobals::ShowErrorDialog(const TString& title, const TString& text, bool withReportRequest) {
-	LogLines(title.CString(kPlatformEncoding), text);
+	LogLines(title, text);
 	if (!withReportRequest)
 		return ShowDialog(title, text, kErrorMessage);
 	const TString request = TString::ExpandMacros(

@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "framework/foundation/TFile.h"
+
+#include "framework/foundation/FileChanges.h"
+#include "framework/foundation/TReadableException.h"
+#include "tests/support/TTemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+using testing::ElementsAre;
+
+struct TFileTest : testing::Test {
+	TFileTest() { FileChanges::AddListener({this, &TFileTest::OnFileChange}); }
+
+	~TFileTest() override { FileChanges::RemoveListener({this, &TFileTest::OnFileChange}); }
+
+	void OnFileChange(const TString& path) {
+		const std::string text = path.CString();
+		mChanges.push_back(text.substr(text.rfind('/', text.size() - 2) + 1));
+	}
+
+	TTemporaryFolder mFolder;
+	std::vector<std::string> mChanges;
+};
+
+template <class TFunction>
+std::string MessageOf(TFunction&& function) {
+	try {
+		function();
+	} catch (const TReadableException& exception) {
+		return exception.what();
+	}
+	return "nothing thrown";
+}
+
+} // namespace
+
+TEST_F(TFileTest, NumbersStandInTheChosenByteOrder) {
+	TFile file(mFolder.Path("numbers"));
+	ASSERT_TRUE(file.Open());
+	file.WriteInt32(0x01020304);
+	file.SetByteOrder(TFile::kBigEndian);
+	file.WriteInt8(5);
+	file.WriteInt16(0x0607);
+	file.WriteInt64(0x08090A0B0C0D0E0F);
+	file.WriteFloat(1.0f);
+	file.WriteDouble(-2.0);
+	ASSERT_TRUE(file.Seek(4));
+	EXPECT_EQ(file.ReadInt8(), 5);
+	EXPECT_EQ(file.ReadInt16(), 0x0607);
+	EXPECT_EQ(file.ReadInt64(), 0x08090A0B0C0D0E0F);
+	EXPECT_EQ(file.ReadFloat(), 1.0f);
+	EXPECT_EQ(file.ReadDouble(), -2.0);
+	file.Close();
+	EXPECT_EQ(
+	    mFolder.Read("numbers"),
+	    std::string("\4\3\2\1\5\6\7\x8\x9\xA\xB\xC\xD\xE\xF\x3F\x80\0\0\xC0\0\0\0\0\0\0\0", 27));
+}
+
+TEST_F(TFileTest, ReadingPastTheEnd) {
+	mFolder.Write("short", "abc");
+	TFile file(mFolder.Path("short"));
+	ASSERT_TRUE(file.Open(TFile::kRead));
+	EXPECT_EQ(MessageOf([&] { file.ReadInt32(); }), "Unexpected end of file!");
+	file.Seek(1);
+	char buffer[10] = {};
+	int64_t bytes = 10;
+	EXPECT_FALSE(file.Read(buffer, bytes));
+	EXPECT_EQ(bytes, 2);
+	EXPECT_STREQ(buffer, "bc");
+}
+
+TEST_F(TFileTest, BlockLongerThanTheFileIsNotTrusted) {
+	for (const char* length : {"\xFF\xFF\xFF\x7F", "\xFF\xFF\xFF\xFF", "\4\0\0"}) {
+		mFolder.Write("lying", std::string(length, 4) + "abc");
+		TFile file(mFolder.Path("lying"));
+		ASSERT_TRUE(file.Open(TFile::kRead));
+		TArray<uint8_t> block;
+		EXPECT_EQ(MessageOf([&] { file.ReadBytes(block); }), "Unexpected end of file!");
+		EXPECT_EQ(block.Size(), 0);
+	}
+}
+
+TEST_F(TFileTest, BlocksAndTextsComeBack) {
+	TFile file(mFolder.Path("blocks"));
+	ASSERT_TRUE(file.Open());
+	const TString text(u"na\u00EFve \u20AC");
+	file.WriteString(text, kUtf8Encoding);
+	file.WriteBytes({});
+	file.WriteBytes({1, 2, 3});
+	file.Seek(0);
+	EXPECT_EQ(file.ReadInt32(), 10) << "bytes, not units";
+	file.Seek(0);
+	TString read;
+	file.ReadString(read, kUtf8Encoding);
+	EXPECT_EQ(read, text);
+	TArray<uint8_t> block(5);
+	file.ReadBytes(block);
+	EXPECT_EQ(block.Size(), 0);
+	file.ReadBytes(block);
+	EXPECT_THAT(std::vector<int>(block.begin(), block.end()), ElementsAre(1, 2, 3));
+	EXPECT_EQ(file.Position(), file.Size());
+}
+
+TEST_F(TFileTest, ReadsAndWritesMayAlternate) {
+	TFile file(mFolder.Path("mixed"));
+	ASSERT_TRUE(file.Open());
+	for (int32_t value : {1, 2, 3})
+		file.WriteInt32(value);
+	EXPECT_EQ(file.Size(), 12) << "also before anything is flushed";
+	file.Seek(0);
+	EXPECT_EQ(file.ReadInt32(), 1);
+	file.WriteInt32(20);
+	EXPECT_EQ(file.ReadInt32(), 3);
+	file.Seek(4);
+	EXPECT_EQ(file.ReadInt32(), 20);
+}
+
+TEST_F(TFileTest, ModesDecideWhatBecomesOfOldContent) {
+	mFolder.Write("old", "old");
+	int64_t three = 3;
+	const auto writeIn = [&](TFile::TMode mode) {
+		TFile file(mFolder.Path("old"));
+		EXPECT_TRUE(file.Open(mode));
+		return file.Write("new", three = 3);
+	};
+	EXPECT_FALSE(writeIn(TFile::kRead));
+	EXPECT_EQ(three, 0);
+	EXPECT_TRUE(writeIn(TFile::kAppend));
+	EXPECT_EQ(mFolder.Read("old"), "oldnew");
+	EXPECT_TRUE(writeIn(TFile::kReadAppend));
+	EXPECT_EQ(mFolder.Read("old"), "oldnewnew");
+	EXPECT_TRUE(writeIn(TFile::kWrite));
+	EXPECT_EQ(mFolder.Read("old"), "new");
+}
+
+TEST_F(TFileTest, FolderAndMissingFileDoNotOpen) {
+	EXPECT_FALSE(TFile(mFolder.Path("")).Open(TFile::kRead));
+	EXPECT_FALSE(TFile(mFolder.Path("")).Exists());
+	EXPECT_FALSE(TFile(mFolder.Path("missing")).Open(TFile::kRead));
+	EXPECT_EQ(TFile(mFolder.Path("missing")).Size(), 0);
+	EXPECT_FALSE(TFile(mFolder.Path("missing")).Delete());
+}
+
+TEST_F(TFileTest, ClosedFileTransfersNothing) {
+	TFile file(mFolder.Path("closed"));
+	int64_t bytes = 1;
+	char buffer = 0;
+	EXPECT_FALSE(file.Read(&buffer, bytes));
+	EXPECT_EQ(bytes, 0);
+	EXPECT_FALSE(file.Seek(0));
+	EXPECT_EQ(
+	    MessageOf([&] { file.WriteInt32(1); }),
+	    "File I/O error: Please make sure that there is enough space available on the device!");
+}
+
+TEST_F(TFileTest, FullDiskIsSaid) {
+	TFile file("/dev/full");
+	ASSERT_TRUE(file.Open(TFile::kWrite));
+	file.WriteInt32(1);
+	EXPECT_EQ(MessageOf([&] { file.Flush(); }), "Failed to flush the file to disk. Probably the disk is full.");
+	TArray<uint8_t> large(1000000);
+	EXPECT_EQ(
+	    MessageOf([&] { file.WriteBytes(large); }),
+	    "File I/O error: Please make sure that there is enough space available on the device!");
+}
+
+TEST_F(TFileTest, ListenersLearnOfFilesThatWereOpenForWriting) {
+	{
+		TFile file(mFolder.Path("changed"));
+		file.Open(TFile::kWrite);
+		file.Close();
+		file.Open(TFile::kRead);
+		file.Close();
+		file.Open(TFile::kAppend);
+	}
+	TFile(mFolder.Path("changed")).Delete();
+	EXPECT_THAT(mChanges, ElementsAre("changed", "changed", "changed"));
+}
+
+TEST_F(TFileTest, ChangesInIgnoredFoldersAreNotReported) {
+	const TDirectory ignored = mFolder.Directory().Descend("ignored");
+	FileChanges::IgnoreFolder(ignored);
+	ASSERT_TRUE(ignored.Descend("deep").Create(true));
+	ASSERT_TRUE(mFolder.Directory().Descend("ignored too").Create(true));
+	EXPECT_THAT(mChanges, ElementsAre("ignored too/"));
+}

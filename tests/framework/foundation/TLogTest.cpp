@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "framework/foundation/TLog.h"
+
+#include "framework/foundation/ProductInfo.h"
+#include "framework/foundation/TReadableException.h"
+#include "tests/support/TTemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::Not;
+using testing::StartsWith;
+
+struct TLogTest : testing::Test {
+	static inline int64_t sNow = 0;
+
+	TLogTest() {
+		sNow = 1000000;
+		TLog::Drop();
+		TLog::SetEchoToConsole(false);
+	}
+
+	~TLogTest() override {
+		TLog::Drop();
+		TLog::SetDirectory(TDirectory());
+		TLog::SetEchoToConsole(true);
+	}
+
+	TPtr<TLog> MakeLog() {
+		return MakePtr<TLog>(mFolder.Directory(), "test.log", [] { return sNow; });
+	}
+
+	TPtr<TLog> MakeLogWithoutHeader() {
+		TPtr<TLog> log = MakeLog();
+		log->SetWriteHeader(false);
+		return log;
+	}
+
+	std::vector<std::string> Lines() const {
+		std::istringstream stream(mFolder.Read("test.log"));
+		std::vector<std::string> lines;
+		for (std::string line; std::getline(stream, line);)
+			lines.push_back(line);
+		return lines;
+	}
+
+	TTemporaryFolder mFolder;
+};
+
+} // namespace
+
+TEST_F(TLogTest, BlankLineSetsOffEachSubjectAndEachPause) {
+	const TPtr<TLog> log = MakeLogWithoutHeader();
+	log->LogText("Vortel", "one");
+	sNow += 2000;
+	log->LogText("Vortel", "two");
+	sNow += 3000;
+	log->LogText("Vortel", "three");
+	log->Log("Threads", "%s %d", "four", 4);
+	log->LogString("", TString("f\xC3\xBCnf", kUtf8Encoding));
+	EXPECT_EQ(
+	    mFolder.Read("test.log"), "\nVortel: one\nVortel: two\n\nVortel: three\n\nThreads: four 4\n\nf\xC3\xBCnf\n");
+}
+
+TEST_F(TLogTest, EachRunBeginsWithAHeader) {
+	MakeLog()->LogText("Vortel", "first run");
+	MakeLog()->LogText("Vortel", TString("second run").CString(kPlatformEncoding)); // the opening makes CStrings too
+	const std::string rule(60, '=');
+	const auto version = "Version : Vortel2 V2.1.5 (" + std::string(ProductInfo::BuildDate()) + ")";
+	const auto date = MatchesRegex("Date    : [0-9]{4}-[0-9]{2}-[0-9]{2}");
+	const auto time = MatchesRegex("Time    : [0-9]{2}:[0-9]{2}:[0-9]{2}");
+	const auto system = MatchesRegex("OS      : .*[^ ] [0-9.]+[^ ]* \\((x86_64|arm64)\\)");
+	EXPECT_THAT(
+	    Lines(),
+	    ElementsAre(
+	        rule, version, date, time, system, rule, "", "Vortel: first run", "", "Closing log file...", "", "", "", "",
+	        rule, version, date, time, system, rule, "", "Vortel: second run", "", "Closing log file..."));
+	EXPECT_THAT(ProductInfo::BuildDate(), MatchesRegex("[A-Z][a-z]{2} [ 1-3][0-9] 20[0-9]{2}"));
+}
+
+TEST_F(TLogTest, LargeFileIsCutToItsEnd) {
+	std::string content(5 * 0x100000, 'a');
+	content.replace(4 * 0x100000, 3, "end");
+	mFolder.Write("test.log", content);
+	MakeLog()->LogText("", "next");
+	const std::string text = mFolder.Read("test.log");
+	EXPECT_EQ(text.substr(0, 0x100000), content.substr(4 * 0x100000));
+	EXPECT_EQ(text.substr(0x100000, 14), "\n\n\n\n==========");
+}
+
+TEST_F(TLogTest, FileOfExactlyTheLimitIsLeftAlone) {
+	mFolder.Write("test.log", std::string(0x400000, 'a'));
+	MakeLog()->LogText("", "next");
+	EXPECT_EQ(mFolder.Read("test.log").substr(0x400000, 14), "\n\n\n\n==========");
+}
+
+TEST_F(TLogTest, TruncatingLogStartsAFreshFileWithoutSeparator) {
+	mFolder.Write("test.log", "old");
+	const TPtr<TLog> log = MakeLog();
+	log->SetTruncate(true);
+	log->LogText("", "new");
+	EXPECT_THAT(mFolder.Read("test.log"), StartsWith("====="));
+}
+
+TEST_F(TLogTest, MessagesAreEchoedEvenWithoutAFile) {
+	TLog::SetEchoToConsole(true);
+	testing::internal::CaptureStdout();
+	TLog::Instance()->LogText("Vortel", "no folder yet");
+	MakePtr<TLog>(TDirectory("/dev/null/below"), "test.log")->LogText("", "no folder possible");
+	EXPECT_EQ(
+	    testing::internal::GetCapturedStdout(),
+	    "Vortel2 LOG> Vortel: no folder yet\nVortel2 LOG> no folder possible\n");
+}
+
+TEST_F(TLogTest, ProcessLogIsMadeAgainAfterItWasDropped) {
+	TLog::SetDirectory(mFolder.Directory().Descend("a").Descend("b"));
+	EXPECT_FALSE(TLog::Existing());
+	TLog::Instance()->LogText("Vortel", "before");
+	TLog::Drop();
+	TLog::Instance()->LogText("Vortel", "after");
+	const std::string text = mFolder.Read("a/b/Vortel2.log");
+	EXPECT_THAT(text, HasSubstr("Vortel: before\n\nClosing log file...\n\n\n\n\n====="));
+	EXPECT_THAT(text, HasSubstr("Vortel: after\n"));
+}
+
+TEST_F(TLogTest, ExceptionLeavesItsLineThoughNobodyShowsIt) {
+	TLog::SetDirectory(mFolder.Directory());
+	const TReadableException unlogged("before there was a log");
+	TLog::Instance()->LogText("Vortel", "a log");
+	const TReadableException logged("Disk is on fire");
+	EXPECT_STREQ(logged.what(), "Disk is on fire");
+	const std::string text = mFolder.Read("Vortel2.log");
+	EXPECT_THAT(text, HasSubstr("\nException: Disk is on fire\n"));
+	EXPECT_THAT(text, Not(HasSubstr("before there was a log")));
+}
+
+TEST_F(TLogTest, FailureInsideLoggingNeitherEscapesNorIsLogged) {
+	TLog::SetDirectory(mFolder.Directory());
+	TLog::Instance()->LogText("Vortel", "a log");
+	const auto full = MakePtr<TLog>(TDirectory("/dev"), "full");
+	full->SetWriteHeader(false);
+	full->LogText("Vortel", "does not fit");
+	EXPECT_THAT(mFolder.Read("Vortel2.log"), Not(HasSubstr("Failed to flush")));
+	const TReadableException later("but later ones are logged");
+	EXPECT_THAT(mFolder.Read("Vortel2.log"), HasSubstr("Exception: but later ones are logged"));
+}
+
+TEST_F(TLogTest, FormattedTextIsCutToTheBuffer) {
+	MakeLogWithoutHeader()->Log("", "%s", std::string(5000, 'x').c_str());
+	EXPECT_THAT(Lines(), ElementsAre(std::string(4095, 'x'), "Closing log file..."));
+}
+
+TEST_F(TLogTest, LinesOfSeveralThreadsDoNotTear) {
+	constexpr int kLinesPerThread = 200;
+	const TPtr<TLog> log = MakeLogWithoutHeader();
+	std::vector<std::thread> threads;
+	for (const char* category : {"A", "B", "C"}) {
+		threads.emplace_back([&, category] {
+			for (int i = 0; i < kLinesPerThread; ++i)
+				log->LogText(category, "some text of a length that could tear");
+		});
+	}
+	for (std::thread& thread : threads)
+		thread.join();
+	int written = 0;
+	for (const std::string& line : Lines()) {
+		if (line.empty())
+			continue;
+		EXPECT_THAT(line, MatchesRegex("[ABC]: some text of a length that could tear"));
+		++written;
+	}
+	EXPECT_EQ(written, 3 * kLinesPerThread);
+}
