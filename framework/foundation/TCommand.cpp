@@ -13,10 +13,7 @@ void* TCommand::operator new(std::size_t size) {
 }
 
 void TCommand::operator delete(void* memory) noexcept {
-	if (TCommandPoolGlobals* pools = TCommandPoolGlobals::Instance())
-		pools->Free(memory);
-	else
-		TCommandPoolAllocator::Free(memory);
+	TCommandPoolAllocator::Free(memory);
 }
 
 void TDecRefCommand::Execute() {

@@ -5,119 +5,88 @@
 #include "framework/foundation/TReadableException.h"
 
 #include <algorithm>
-#include <atomic>
-#include <cstdlib>
 #include <new>
 
 namespace {
 
 constexpr std::size_t kSmallestBlock = 4096;
 constexpr std::size_t kPreallocated = 262144; // bytes per pool
-constexpr std::size_t kAlignment = 16;
 
 } // namespace
 
-/// Stands before each payload. Whoever frees a payload flips the sign and touches the chunk no more.
-struct TCommandPoolAllocator::TChunk {
-	TMemoryBlock* mpBlock;
-	std::atomic<int32_t> mSize; // bytes of payload; positive when free, negative when allocated
-	int32_t mPadding;
-};
-
-class TCommandPoolAllocator::TMemoryBlock final : public TReferenceCountable {
-public:
-	explicit TMemoryBlock(int32_t size)
-	    : mpMemory(static_cast<std::byte*>(Memory::Allocate("#CommandPoolAllocator", static_cast<std::size_t>(size)))),
-	      mSize(size) {
-		WriteChunk(0, size - kHeaderSize);
-	}
-
-	~TMemoryBlock() override { Memory::Free(mpMemory); }
-
-	bool IsDeletedOnMainThread() const override { return false; }
-
-	void* Allocate(int32_t size) noexcept;
-	static void Free(void* memory) noexcept;
-
-private:
-	static constexpr int32_t kHeaderSize = sizeof(TChunk);
+TCommandPoolAllocator::TMemoryBlock::TMemoryBlock(int32_t size)
+    : mpMemory(static_cast<std::byte*>(Memory::Allocate("#CommandPoolAllocator", static_cast<std::size_t>(size)))),
+      mSize(size) {
 	static_assert(kHeaderSize == kAlignment);
+	WriteChunk(0, size - kHeaderSize);
+}
 
-	TChunk& ChunkAt(int32_t offset) const noexcept { return *reinterpret_cast<TChunk*>(mpMemory + offset); }
+TCommandPoolAllocator::TMemoryBlock::~TMemoryBlock() {
+	Memory::Free(mpMemory);
+}
 
-	void WriteChunk(int32_t offset, int32_t size) noexcept { new (mpMemory + offset) TChunk{this, size, 0}; }
+void TCommandPoolAllocator::TMemoryBlock::WriteChunk(int32_t offset, int32_t size) noexcept {
+	new (mpMemory + offset) TChunk{this, size, 0};
+}
 
-	int32_t SizeAt(int32_t offset) const noexcept;
-	int32_t Absorb(int32_t offset, int32_t size) noexcept;
-	void* Take(int32_t offset, int32_t freeSize, int32_t size) noexcept;
-
-	// Counts the header. Negative when unknown: each free makes it another negative number, so that a scan that ran
-	// meanwhile does not take its result for the truth.
-	std::atomic<int64_t> mLargestFree{-1};
-	std::byte* mpMemory;
-	int32_t mSize;
-};
-
-void* TCommandPoolAllocator::TMemoryBlock::Allocate(int32_t size) noexcept {
-	int64_t known = mLargestFree.load(std::memory_order_acquire);
-	const int32_t needed = size + kHeaderSize;
-	if (known >= 0 && known < needed)
+void* TCommandPoolAllocator::TMemoryBlock::AllocateByScan(int32_t size) noexcept {
+	NoticeFrees();
+	if (mLargestFree >= 0 && mLargestFree < size + kHeaderSize)
 		return nullptr;
 	int32_t largest = 0;
-	int32_t offset = 0;
+	int32_t firstFree = -1;
+	int32_t offset = mFirstFree;
 	while (int32_t chunkSize = SizeAt(offset)) {
 		if (chunkSize > 0) {
 			chunkSize = Absorb(offset, chunkSize);
-			if (chunkSize >= size)
-				return Take(offset, chunkSize, size);
+			if (chunkSize >= size) {
+				size = CutOff(offset, chunkSize, size);
+				mFirstFree = firstFree < 0 ? End(offset, size) : firstFree;
+				mLargestFree = -1;
+				return MarkAllocated(offset, size);
+			}
+			if (firstFree < 0)
+				firstFree = offset;
 			largest = std::max(largest, chunkSize + kHeaderSize);
 		}
-		offset += kHeaderSize + std::abs(chunkSize);
+		offset = End(offset, std::abs(chunkSize));
 	}
-	mLargestFree.compare_exchange_strong(known, largest);
+	mFirstFree = firstFree < 0 ? offset : firstFree;
+	mLargestFree = largest;
 	return nullptr;
 }
 
-/// 0 behind the last chunk.
-int32_t TCommandPoolAllocator::TMemoryBlock::SizeAt(int32_t offset) const noexcept {
-	if (offset + kHeaderSize > mSize)
-		return 0;
-	const int32_t size = ChunkAt(offset).mSize.load(std::memory_order_acquire);
-	return std::abs(size) <= mSize - kHeaderSize ? size : 0;
-}
-
+/// Merges the free chunks directly behind a free one into it; gives its new size.
 int32_t TCommandPoolAllocator::TMemoryBlock::Absorb(int32_t offset, int32_t size) noexcept {
 	int32_t merged = size;
-	for (int32_t next; (next = SizeAt(offset + kHeaderSize + merged)) > 0;)
+	for (int32_t next; (next = SizeAt(End(offset, merged))) > 0;)
 		merged += kHeaderSize + next;
 	if (merged != size)
 		ChunkAt(offset).mSize.store(merged, std::memory_order_relaxed);
 	return merged;
 }
 
-void* TCommandPoolAllocator::TMemoryBlock::Take(int32_t offset, int32_t freeSize, int32_t size) noexcept {
+/// Makes the rest of a free chunk a chunk of its own; gives the size really taken, since a rest without room for a
+/// payload goes along.
+int32_t TCommandPoolAllocator::TMemoryBlock::CutOff(int32_t offset, int32_t freeSize, int32_t size) noexcept {
 	const int32_t rest = freeSize - size;
-	if (rest > kHeaderSize)
-		WriteChunk(offset + kHeaderSize + size, rest - kHeaderSize);
-	else
-		size = freeSize;
-	ChunkAt(offset).mSize.store(-size, std::memory_order_relaxed);
-	mLargestFree.store(-1, std::memory_order_relaxed);
-	return mpMemory + offset + kHeaderSize;
+	if (rest <= kHeaderSize)
+		return freeSize;
+	WriteChunk(End(offset, size), rest - kHeaderSize);
+	return size;
 }
 
 void TCommandPoolAllocator::TMemoryBlock::Free(void* memory) noexcept {
 	TChunk& chunk = *reinterpret_cast<TChunk*>(static_cast<std::byte*>(memory) - kHeaderSize);
 	TMemoryBlock& block = *chunk.mpBlock;
-	// In this order, else a scan between the two could miss the chunk and still find its largest size accepted. The
-	// release hands the payload's last contents over to the scan that finds it free.
+	// The releases hand the payload's last contents over to the scan that finds it free. In this order, else a scan
+	// between the two would miss the chunk and not be told.
 	chunk.mSize.store(-chunk.mSize.load(std::memory_order_relaxed), std::memory_order_release);
-	const int64_t known = block.mLargestFree.load(std::memory_order_relaxed);
-	block.mLargestFree.store(known < 0 ? known - 1 : -1, std::memory_order_release);
+	block.mFrees.fetch_add(1, std::memory_order_release);
 }
 
 TCommandPoolAllocator::TCommandPoolAllocator() : mBlockSize(std::max(kSmallestBlock, Memory::PageSize())) {
-	const std::size_t count = kPreallocated / mBlockSize;
+	const std::size_t count = std::max<std::size_t>(1, kPreallocated / mBlockSize);
 	try {
 		mBlocks.reserve(2 * count);
 		for (std::size_t i = 0; i < count; ++i)
@@ -125,30 +94,27 @@ TCommandPoolAllocator::TCommandPoolAllocator() : mBlockSize(std::max(kSmallestBl
 	} catch (const std::exception&) {
 		throw TReadableException("Fatal Error. Failed to preallocate basic command queue memory!");
 	}
+	mpFirstBlock = mBlocks.front().Get();
 }
 
 TCommandPoolAllocator::~TCommandPoolAllocator() = default;
 
-std::size_t TCommandPoolAllocator::MaximumSize() const noexcept {
-	return mBlockSize - sizeof(TChunk);
-}
-
-void* TCommandPoolAllocator::Allocate(std::size_t size) {
+void* TCommandPoolAllocator::AllocateByScan(std::size_t size) {
 	if (size == 0 || size > MaximumSize())
 		return nullptr;
 	const auto rounded = static_cast<int32_t>((size + kAlignment - 1) / kAlignment * kAlignment);
 	for (const TPtr<TMemoryBlock>& block : mBlocks)
-		if (void* memory = block->Allocate(rounded))
+		if (void* memory = block->AllocateByScan(rounded))
 			return memory;
-	TMemoryBlock* block = AddBlock();
-	return block ? block->Allocate(rounded) : nullptr;
+	return AllocateFromNewBlock(rounded);
 }
 
-TCommandPoolAllocator::TMemoryBlock* TCommandPoolAllocator::AddBlock() {
+void* TCommandPoolAllocator::AllocateFromNewBlock(int32_t size) {
 	try {
 		TPtr<TMemoryBlock> block(new TMemoryBlock(static_cast<int32_t>(mBlockSize)));
 		TCriticalSection::TGuard guard(mLock);
-		return mBlocks.emplace_back(block).Get();
+		mBlocks.push_back(block);
+		return block->AllocateByScan(size);
 	} catch (const std::exception&) {
 		return nullptr;
 	}

@@ -2,10 +2,10 @@
 #include "framework/foundation/TCommandPoolGlobals.h"
 
 #include "framework/foundation/TThreadCommunicator.h"
-#include "framework/foundation/TThreadManager.h"
 
 TCommandPoolGlobals::TCommandPoolGlobals(std::size_t numberOfWorkerPools)
-    : mAudioPool(new TCommandPoolAllocator),
+    : mThreads(*TThreadManager::Instance()),
+      mAudioPool(new TCommandPoolAllocator),
       mGeneralPool(new TCommandPoolAllocator) {
 	for (std::size_t i = 0; i < numberOfWorkerPools; ++i)
 		mWorkerPools.emplace_back(new TCommandPoolAllocator);
@@ -16,19 +16,12 @@ void TCommandPoolGlobals::OnBeforeDestruction() {
 		communicator->DropAllCommands();
 }
 
-void* TCommandPoolGlobals::Allocate(std::size_t size) {
-	const TThreadManager::TLocalThreadInfo thread = TThreadManager::Instance()->LocalInfo();
-	if (thread.mThreadIndex == kAudioThread) {
-		if (thread.mWorkerIndex == -1)
-			return mAudioPool->Allocate(size);
-		if (const auto worker = static_cast<std::size_t>(thread.mWorkerIndex); worker < mWorkerPools.size())
+void* TCommandPoolGlobals::AllocateElsewhere(std::size_t size) {
+	if (mThreads.IsCurrentThread(kAudioThread))
+		return mAudioPool->Allocate(size);
+	if (mThreads.IsWorkerOf(kAudioThread))
+		if (const auto worker = static_cast<std::size_t>(mThreads.CurrentWorkerIndex()); worker < mWorkerPools.size())
 			return mWorkerPools[worker]->Allocate(size);
-	}
 	TCriticalSection::TGuard guard(mLock);
 	return mGeneralPool->Allocate(size);
-}
-
-void TCommandPoolGlobals::Free(void* memory) noexcept {
-	TCriticalSection::TGuard guard(mLock);
-	TCommandPoolAllocator::Free(memory);
 }

@@ -5,32 +5,34 @@
 #include "framework/foundation/TCriticalSection.h"
 #include "framework/foundation/TPtr.h"
 #include "framework/foundation/TSingleton.h"
+#include "framework/foundation/TThreadManager.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
 /// The instance's command pools: one for the audio thread and one for each of its workers, which allocate without a
-/// lock, and one that all other threads share.
+/// lock, and one that all other threads share. Lives shorter than the instance's TThreadManager.
 class TCommandPoolGlobals final : public TSingleton<TCommandPoolGlobals> {
 public:
 	/// The program itself has no workers.
 	explicit TCommandPoolGlobals(std::size_t numberOfWorkerPools = 0);
 	~TCommandPoolGlobals() override = default;
 
-	/// From the calling thread's pool; null if that cannot grow.
-	void* Allocate(std::size_t size);
-	void Free(void* memory) noexcept;
-
-	/// Held for a few instructions whenever a command is deleted, on the audio thread too.
-	TCriticalSection& Lock() { return mLock; }
+	/// From the calling thread's pool; null if that cannot grow. TCommandPoolAllocator::Free takes it back.
+	void* Allocate(std::size_t size) {
+		return mThreads.IsKnownAs(kAudioThread) ? mAudioPool->Allocate(size) : AllocateElsewhere(size);
+	}
 
 private:
 	/// The memory of commands that still wait is about to go.
 	void OnBeforeDestruction() override;
 
+	void* AllocateElsewhere(std::size_t size);
+
+	const TThreadManager& mThreads;
 	TPtr<TCommandPoolAllocator> mAudioPool;
 	std::vector<TPtr<TCommandPoolAllocator>> mWorkerPools;
 	TPtr<TCommandPoolAllocator> mGeneralPool;
-	TCriticalSection mLock;
+	TCriticalSection mLock; // of the general pool
 };

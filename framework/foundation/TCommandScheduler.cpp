@@ -27,18 +27,29 @@ void TCommandScheduler::Schedule(TCommand* command, int32_t delay) {
 		return;
 	}
 	command->mExecuteTime = mNow + delay;
+	Insert(command);
+	mNextDelay = mNextDelay >= 1 ? std::min(mNextDelay, delay) : delay;
+}
+
+/// Behind every command that is not later.
+void TCommandScheduler::Insert(TCommand* command) noexcept {
 	TCommand** place = &mpFirst;
+	if (mpFirst && mpLast->mExecuteTime <= command->mExecuteTime)
+		place = &mpLast->mpNext;
 	while (*place && (*place)->mExecuteTime <= command->mExecuteTime)
 		place = &(*place)->mpNext;
 	command->mpNext = std::exchange(*place, command);
-	RecomputeNextDelay();
+	if (!command->mpNext)
+		mpLast = command;
 }
 
 void TCommandScheduler::RemoveMatching(const TCommandMatch& match) {
 	TCommand* removed = nullptr;
+	mpLast = nullptr;
 	for (TCommand** place = &mpFirst; *place;) {
 		if (!match.Matches(*place)) {
-			place = &(*place)->mpNext;
+			mpLast = *place;
+			place = &mpLast->mpNext;
 			continue;
 		}
 		TCommand* command = std::exchange(*place, (*place)->mpNext);

@@ -24,6 +24,7 @@ public:
 	bool HasPendingCommand() const { return mNextDelay >= 0; }
 
 private:
+	void Insert(TCommand* command) noexcept;
 	TCommand* UnlinkFirst() noexcept;
 	void RunFirst();
 	int64_t NextStop(int32_t samples) const noexcept;
@@ -32,4 +33,5 @@ private:
 	int64_t mNow = 0;
 	int32_t mNextDelay = -1;
 	TCommand* mpFirst = nullptr;
+	TCommand* mpLast = nullptr;
 };

@@ -8,7 +8,27 @@
 #include "framework/foundation/TThreadCommunicator.h"
 #include "framework/foundation/TThreadManager.h"
 
-TReferenceCountable::~TReferenceCountable() = default;
+namespace {
+
+/// False if the object is to be deleted here.
+[[gnu::noinline]] bool PostDeletion(TReferenceCountable* object) {
+	TThreadManager* manager = TThreadManager::Instance();
+	TThreadCommunicator* communicator = TThreadCommunicator::Instance();
+	if (!IsFrameworkRunning() || !manager || !communicator || manager->IsCurrentThread(kMainThread))
+		return false;
+	try {
+		communicator->Post(kMainThread, new TDeleteCommand<TReferenceCountable>(object));
+		return true;
+	} catch (const TOutOfMemoryException&) {
+		return false; // better deleted on the wrong thread than never
+	}
+}
+
+} // namespace
+
+bool TReferenceCountable::PrepareForDeletion() {
+	return true;
+}
 
 void TReferenceCountable::OnLastReferenceGone() {
 	mReferenceCount.store(-1, std::memory_order_seq_cst);
@@ -17,18 +37,8 @@ void TReferenceCountable::OnLastReferenceGone() {
 }
 
 void TReferenceCountable::DeleteOnItsThread() {
-	if (IsDeletedOnMainThread() && IsFrameworkRunning()) {
-		TThreadManager* manager = TThreadManager::Instance();
-		TThreadCommunicator* communicator = TThreadCommunicator::Instance();
-		if (manager && communicator && !manager->IsCurrentThread(kMainThread)) {
-			try {
-				communicator->Post(kMainThread, new TDeleteCommand<TReferenceCountable>(this));
-				return;
-			} catch (const TOutOfMemoryException&) { // better deleted here than never
-			}
-		}
-	}
-	delete this;
+	if (!IsDeletedOnMainThread() || !PostDeletion(this))
+		delete this;
 }
 
 void* TReferenceCountable::operator new(std::size_t size) {

@@ -19,14 +19,14 @@ public:
 
 	TReferenceCountable& operator=(const TReferenceCountable&) noexcept { return *this; }
 
-	virtual ~TReferenceCountable();
+	virtual ~TReferenceCountable() = default;
 
 	/// True: the last release on any thread but the main one posts the deletion to the main thread (while the
 	/// framework runs). False: the object dies where its last reference went.
 	virtual bool IsDeletedOnMainThread() const { return true; }
 
 	/// Called once, when the count has become -1. False postpones the deletion; whoever postpones it finishes it.
-	virtual bool PrepareForDeletion() { return true; }
+	virtual bool PrepareForDeletion();
 
 	void Retain() const noexcept { mReferenceCount.fetch_add(1, std::memory_order_seq_cst); }
 

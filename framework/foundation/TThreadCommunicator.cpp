@@ -31,8 +31,8 @@ bool PollUntil(float longest, std::chrono::milliseconds interval, TCondition con
 } // namespace
 
 TThreadCommunicator::TThreadCommunicator() {
-	for (auto& row : mQueues)
-		for (auto& queue : row)
+	for (auto& queues : mQueues)
+		for (auto& queue : queues)
 			queue = std::make_unique<TCommandQueue>();
 }
 
@@ -44,8 +44,8 @@ void TThreadCommunicator::Post(int32_t receiver, TCommand* command) noexcept {
 }
 
 bool TThreadCommunicator::HasCommandsFor(int32_t receiver) const noexcept {
-	for (int32_t sender = 0; sender <= kSenderWithoutRole; ++sender)
-		if (!Queue(sender, receiver).IsEmpty())
+	for (const TOwnerPtr<TCommandQueue>& queue : QueuesTo(receiver))
+		if (!queue->IsEmpty())
 			return true;
 	return false;
 }
@@ -55,8 +55,9 @@ void TThreadCommunicator::ProcessCommands() {
 	if (receiver == kNoThread || !HasCommandsFor(receiver))
 		return;
 	TCriticalSection::TGuard guard(DrainLock(receiver));
-	for (int32_t sender = 0; sender <= kSenderWithoutRole; ++sender)
-		Queue(sender, receiver).Drain();
+	for (const TOwnerPtr<TCommandQueue>& queue : QueuesTo(receiver))
+		if (queue->HasWork())
+			queue->Drain();
 }
 
 void TThreadCommunicator::WaitForThread(int32_t receiver) {
@@ -148,8 +149,8 @@ bool TThreadCommunicator::RunInPlaceOfAll() {
 }
 
 void TThreadCommunicator::DropAllCommands() {
-	for (auto& row : mQueues)
-		for (auto& queue : row)
+	for (auto& queues : mQueues)
+		for (auto& queue : queues)
 			queue->Drop();
 }
 

@@ -64,8 +64,12 @@ private:
 	static constexpr std::size_t kSenders = kReceivers + 1;
 	static constexpr int32_t kSenderWithoutRole = kNumberOfThreads;
 
+	using TQueues = std::array<TOwnerPtr<TCommandQueue>, kSenders>;
+
+	const TQueues& QueuesTo(int32_t receiver) const noexcept { return mQueues[static_cast<std::size_t>(receiver)]; }
+
 	TCommandQueue& Queue(int32_t sender, int32_t receiver) const noexcept {
-		return *mQueues[static_cast<std::size_t>(sender)][static_cast<std::size_t>(receiver)];
+		return *QueuesTo(receiver)[static_cast<std::size_t>(sender)];
 	}
 
 	bool IsDone(int32_t sender, int32_t receiver) const noexcept;
@@ -74,7 +78,7 @@ private:
 	void WaitUntilDone(int32_t sender, int32_t receiver);
 	void DrainLocked(int32_t sender, int32_t receiver);
 
-	std::array<std::array<TOwnerPtr<TCommandQueue>, kReceivers>, kSenders> mQueues; // never changes
+	std::array<TQueues, kReceivers> mQueues; // never changes; together lie those that ProcessCommands looks at
 	std::array<TCriticalSection, kReceivers> mDrainLocks;
 };
 

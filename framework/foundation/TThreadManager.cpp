@@ -27,6 +27,7 @@ bool AreEqual(const TThreadManager::TLocalThreadInfo& a, const TThreadManager::T
 
 } // namespace
 
+constinit const TThreadManager::TNode TThreadManager::sNobody{};
 constinit thread_local std::array<TThreadManager::TCacheEntry, TThreadManager::kCacheSize> TThreadManager::sCache{};
 
 TThreadManager::TThreadManager() : mId(sLastManagerId.fetch_add(1, std::memory_order_relaxed) + 1) {
@@ -57,17 +58,19 @@ void TThreadManager::Detach(int32_t index) {
 	SetLocalInfo({});
 }
 
-TThreadManager::TNode* TThreadManager::FindNode() const noexcept {
+const TThreadManager::TNode& TThreadManager::FindNode() const noexcept {
 	const uint64_t threadId = CurrentThreadId();
 	// The acquire pairs with the release of MakeNode: other threads' nodes stand in the chain, too.
-	TNode* node = Bucket(threadId).load(std::memory_order_acquire);
+	const TNode* node = Bucket(threadId).load(std::memory_order_acquire);
 	while (node && node->mThreadId != threadId)
 		node = node->mpNext;
+	if (!node)
+		node = &sNobody;
 	sCache[mId % kCacheSize] = {mId, node};
-	return node;
+	return *node;
 }
 
-TThreadManager::TNode* TThreadManager::MakeNode() {
+TThreadManager::TNode& TThreadManager::MakeNode() {
 	const std::size_t ready = mReadyNodesTaken.fetch_add(1, std::memory_order_relaxed);
 	TNode* node = ready < mReadyNodes.size() ? &mReadyNodes[ready] : new TNode;
 	node->mThreadId = CurrentThreadId();
@@ -76,14 +79,14 @@ TThreadManager::TNode* TThreadManager::MakeNode() {
 	while (!bucket.compare_exchange_weak(node->mpNext, node, std::memory_order_release, std::memory_order_relaxed)) {
 	}
 	sCache[mId % kCacheSize] = {mId, node};
-	return node;
+	return *node;
 }
 
 void TThreadManager::SetLocalInfo(TLocalThreadInfo info) {
-	TNode* node = FindNode();
-	if (!node)
-		node = MakeNode();
-	node->mInfo = info;
+	const TNode& known = LocalNode();
+	TNode& node = &known == &sNobody ? MakeNode() : const_cast<TNode&>(known); // only sNobody is really constant
+	node.mInfo = info;
+	node.mRole = info.mWorkerIndex == -1 ? info.mThreadIndex : kNoThread;
 }
 
 void TThreadManager::ChangeRole(TLocalThreadInfo from, TLocalThreadInfo to) {

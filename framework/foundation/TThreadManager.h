@@ -31,12 +31,15 @@ public:
 	~TThreadManager() override;
 
 	/// The calling thread's role; kNoThread if it has none or is a worker.
-	int32_t CurrentThread() const noexcept {
-		const TLocalThreadInfo info = LocalInfo();
-		return info.mWorkerIndex == -1 ? info.mThreadIndex : kNoThread;
-	}
+	int32_t CurrentThread() const noexcept { return LocalNode().mRole; }
 
 	bool IsCurrentThread(int32_t index) const noexcept { return CurrentThread() == index; }
+
+	/// As IsCurrentThread, but false also when finding out would take more than a look.
+	bool IsKnownAs(int32_t index) const noexcept {
+		const TCacheEntry& cached = sCache[mId % kCacheSize];
+		return cached.mManagerId == mId && cached.mpNode->mRole == index;
+	}
 
 	bool IsWorkerOf(int32_t index) const noexcept {
 		const TLocalThreadInfo info = LocalInfo();
@@ -52,11 +55,7 @@ public:
 	}
 
 	/// The calling thread's role and worker index together.
-	TLocalThreadInfo LocalInfo() const noexcept {
-		const TCacheEntry& cached = sCache[mId % kCacheSize];
-		const TNode* node = cached.mManagerId == mId ? cached.mpNode : FindNode();
-		return node ? node->mInfo : TLocalThreadInfo{};
-	}
+	TLocalThreadInfo LocalInfo() const noexcept { return LocalNode().mInfo; }
 
 	/// Whether some thread plays the role now.
 	bool IsAttached(int32_t index) const noexcept { return mIsAttached[Slot(index)].load(); }
@@ -70,14 +69,15 @@ public:
 
 private:
 	struct TNode {
-		TLocalThreadInfo mInfo; // only its own thread reads and writes it
+		TLocalThreadInfo mInfo; // this and the role: only its own thread reads and writes them
+		int32_t mRole = kNoThread;
 		uint64_t mThreadId = 0;
 		TNode* mpNext = nullptr;
 	};
 
 	struct TCacheEntry {
 		uint64_t mManagerId;
-		TNode* mpNode;
+		const TNode* mpNode;
 	};
 
 	static constexpr std::size_t kCacheSize = 8;
@@ -88,13 +88,20 @@ private:
 
 	std::atomic<TNode*>& Bucket(uint64_t threadId) const noexcept { return mBuckets[threadId % kNumberOfBuckets]; }
 
-	TNode* FindNode() const noexcept;
-	TNode* MakeNode();
+	/// The calling thread's node; sNobody if it has had no role yet.
+	const TNode& LocalNode() const noexcept {
+		const TCacheEntry& cached = sCache[mId % kCacheSize];
+		return cached.mManagerId == mId ? *cached.mpNode : FindNode();
+	}
+
+	const TNode& FindNode() const noexcept;
+	TNode& MakeNode();
 	void SetLocalInfo(TLocalThreadInfo info);
 	void ChangeRole(TLocalThreadInfo from, TLocalThreadInfo to);
 
 	// Ids of managers and of threads are never reused, so what a thread has cached of a manager that is gone, or a
 	// manager still holds of a thread that is gone, is never mistaken for another's.
+	static const TNode sNobody;
 	static constinit thread_local std::array<TCacheEntry, kCacheSize> sCache;
 
 	const uint64_t mId;

@@ -104,7 +104,7 @@ TEST_F(TCommandPoolTest, EachRoleAllocatesFromItsOwnPool) {
 	for (const auto& [role, worker] :
 	     {std::pair{kMainThread, -1}, {kAudioThread, -1}, {kAudioThread, 0}, {kAudioThread, 1}}) {
 		void* memory = allocateAs(role, worker);
-		pools.Free(memory);
+		TCommandPoolAllocator::Free(memory);
 		first.insert(memory);
 	}
 	EXPECT_EQ(first.size(), 4u);
