@@ -308,8 +308,9 @@ TEST_F(TVortelRetriggerDspDeviceTest, LoopLengthEndsWithTheRecording) {
 	TStereo sound = input;
 	Run(*device, sound, {512});
 	for (std::size_t i = 100; i < 50000; ++i) {
-		if (i % 22500 >= 8)
+		if (i % 22500 >= 8) {
 			ASSERT_EQ(sound.mLeft[i], input.mLeft[i % 22500]) << i;
+		}
 	}
 }
 
