@@ -1,29 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "effects/TRampable.h"
 
-#include <emmintrin.h>
+#include <algorithm>
+#include <cassert>
 
-void TRampGroup::Step(const TRamps& ramps, std::span<TRow> rows) {
-	TRow target{}, current{}, coefficient{}, scale{};
-	for (std::size_t lane = 0; lane < kLanes; ++lane) {
-		if (const TRampable<float>* ramp = ramps[lane]) {
-			target.mValues[lane] = ramp->mTarget;
-			current.mValues[lane] = ramp->mCurrent;
-			coefficient.mValues[lane] = ramp->mCoefficient;
-			scale.mValues[lane] = ramp->mScale;
-		}
+TRampGroup::TRampGroup(std::initializer_list<TRampable<float>*> ramps) {
+	assert(ramps.size() <= kLanes);
+	std::copy(ramps.begin(), ramps.end(), mRamps.begin());
+	alignas(16) std::array<float, kLanes> target{}, current{}, share{};
+	for (std::size_t lane = 0; lane < ramps.size(); ++lane) {
+		target[lane] = mRamps[lane]->mTarget;
+		current[lane] = mRamps[lane]->mCurrent;
+		share[lane] = mRamps[lane]->mCoefficient * mRamps[lane]->mScale;
 	}
-	const __m128 targets = _mm_load_ps(target.mValues.data());
-	const __m128 coefficients = _mm_load_ps(coefficient.mValues.data());
-	const __m128 scales = _mm_load_ps(scale.mValues.data());
-	__m128 now = _mm_load_ps(current.mValues.data());
-	for (TRow& row : rows) {
-		now = _mm_add_ps(now, _mm_mul_ps(_mm_mul_ps(_mm_sub_ps(targets, now), coefficients), scales));
-		_mm_store_ps(row.mValues.data(), now);
-	}
-	_mm_store_ps(current.mValues.data(), now);
+	mTarget = _mm_load_ps(target.data());
+	mCurrent = _mm_load_ps(current.data());
+	mShare = _mm_load_ps(share.data());
+}
+
+TRampGroup::~TRampGroup() {
+	alignas(16) std::array<float, kLanes> current;
+	_mm_store_ps(current.data(), mCurrent);
 	for (std::size_t lane = 0; lane < kLanes; ++lane) {
-		if (TRampable<float>* ramp = ramps[lane])
-			ramp->mCurrent = current.mValues[lane];
+		if (mRamps[lane])
+			mRamps[lane]->mCurrent = current[lane];
 	}
 }

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <array>
-#include <span>
+#include <cstddef>
+#include <emmintrin.h>
+#include <initializer_list>
 
 /// Base of values that glide. Stateless.
 class TRampableBase {
@@ -66,17 +68,27 @@ private:
 	float mScale = 1.0f;
 };
 
-/// Up to four ramps that move together, one vector operation for all.
+/// Up to four ramps that move together, in the lanes of one vector. While the group exists it stands for the ramps;
+/// they learn of its steps at its end. Their coefficients must be powers of two, which makes the steps the same as
+/// those of Step, bit for bit.
 class TRampGroup {
 public:
-	/// The values of the ramps at one sample.
-	struct alignas(16) TRow {
-		std::array<float, 4> mValues;
-	};
+	explicit TRampGroup(std::initializer_list<TRampable<float>*> ramps);
+	~TRampGroup();
+	TRampGroup(const TRampGroup&) = delete;
+	TRampGroup& operator=(const TRampGroup&) = delete;
 
-	static constexpr int kLanes = 4;
-	using TRamps = std::array<TRampable<float>*, kLanes>; // null where there are fewer
+	/// Moves all by one sample and returns the values, the first in the lowest lane.
+	__m128 Step() {
+		mCurrent = _mm_add_ps(mCurrent, _mm_mul_ps(_mm_sub_ps(mTarget, mCurrent), mShare));
+		return mCurrent;
+	}
 
-	/// One step of each ramp for each row. The same values as from Step.
-	static void Step(const TRamps& ramps, std::span<TRow> rows);
+private:
+	static constexpr std::size_t kLanes = 4;
+
+	__m128 mTarget;
+	__m128 mCurrent;
+	__m128 mShare;
+	std::array<TRampable<float>*, kLanes> mRamps{};
 };

@@ -19,18 +19,36 @@ constexpr double kMaximumFrequency = 0.49875311720698257; // of the sample rate
 constexpr double kFrequencyScale = 1.84;
 constexpr double kCutoffCurve = 0.800000011920929; // 0.8f
 constexpr double kResonanceCurve = 1.258;
+constexpr float kSaneInput = 4.0f * 32768.0f;
+constexpr double kLongestHang = 0.5; // seconds
 
-// exp on 0 to 1.258, the range of the resonance curve: Taylor's series of exp(x / 2), squared. The relative error stays
-// below 1e-13. Evaluated for two values at once.
-__m128d ExpOfResonanceCurve(__m128d x) {
-	constexpr std::array<double, 12> kFactors = {1.0 / 39916800, 1.0 / 3628800, 1.0 / 362880, 1.0 / 40320,
-	                                             1.0 / 5040,     1.0 / 720,     1.0 / 120,    1.0 / 24,
-	                                             1.0 / 6,        1.0 / 2,       1.0,          1.0};
-	const __m128d half = _mm_mul_pd(x, _mm_set1_pd(0.5));
-	__m128d sum = _mm_set1_pd(kFactors[0]);
+constexpr double SmallExp(double x) {
+	double sum = 1.0;
+	for (int i = 20; i > 0; --i)
+		sum = 1.0 + sum * x / i;
+	return sum;
+}
+
+/// Coefficients of exp(kResonanceCurve / 4 * x) around x = 1/2, the highest first.
+constexpr std::array<double, 7> MakeQuarterCurve() {
+	std::array<double, 7> factors{};
+	double factor = SmallExp(kResonanceCurve / 8.0);
+	for (std::size_t i = 0; i < factors.size(); ++i) {
+		factors[factors.size() - 1 - i] = factor;
+		factor *= kResonanceCurve / 4.0 / static_cast<double>(i + 1);
+	}
+	return factors;
+}
+
+/// exp(kResonanceCurve * x) for two x in 0 to 1. Relative error below 3e-9.
+__m128d ResonanceCurve(__m128d x) {
+	constexpr auto kFactors = MakeQuarterCurve();
+	const __m128d fromMiddle = _mm_sub_pd(x, _mm_set1_pd(0.5));
+	__m128d quarter = _mm_set1_pd(kFactors[0]);
 	for (std::size_t i = 1; i < kFactors.size(); ++i)
-		sum = _mm_add_pd(_mm_mul_pd(sum, half), _mm_set1_pd(kFactors[i]));
-	return _mm_mul_pd(sum, sum);
+		quarter = _mm_add_pd(_mm_mul_pd(quarter, fromMiddle), _mm_set1_pd(kFactors[i]));
+	const __m128d half = _mm_mul_pd(quarter, quarter);
+	return _mm_mul_pd(half, half);
 }
 
 __m128d ChannelMask(bool left, bool right) {
@@ -106,6 +124,10 @@ inline void TVALadderFilter::WithMode(TAction action) {
 }
 
 void TVALadderFilter::ProcessBlock(float* left, float* right, int count) {
+	if (count < 1)
+		return;
+	const float lastLeft = left[count - 1];
+	const float lastRight = right[count - 1];
 	WithMode([&](auto mode) {
 		const TCoefficients coefficients = Spread(mCutoff, mStageFeedback, mResonance);
 		TState state = mState;
@@ -113,49 +135,56 @@ void TVALadderFilter::ProcessBlock(float* left, float* right, int count) {
 			StoreFrame(left + i, right + i, Step<mode>(state, coefficients, LoadFrame(left + i, right + i)));
 		mState = state;
 	});
+	FreeHungStages(lastLeft, lastRight, count);
+}
+
+/// Two samples at a time, for the sake of their coefficients. Returns the last frequency and q.
+template <int kMode>
+inline __m128d
+TVALadderFilter::RunRamped(TState& state, double sampleRate, TRampGroup& ramps, float* left, float* right, int count) {
+	const __m128d one = _mm_set1_pd(1.0);
+	const __m128d lowest = _mm_set1_pd(kMinimumFrequency);
+	const __m128d highest = _mm_set1_pd(kMaximumFrequency * sampleRate);
+	const __m128d scale = _mm_set1_pd(kFrequencyScale / sampleRate);
+	__m128d last = lowest;
+	for (int i = 0; i < count; i += 2) {
+		const bool isPair = i + 1 < count;
+		const __m128d first = _mm_cvtps_pd(ramps.Step());
+		last = isPair ? _mm_cvtps_pd(ramps.Step()) : first;
+		const __m128d frequency = _mm_unpacklo_pd(first, last);
+		const __m128d q = _mm_unpackhi_pd(first, last);
+		const __m128d f = _mm_mul_pd(_mm_min_pd(_mm_max_pd(frequency, lowest), highest), scale);
+		const __m128d t = _mm_sub_pd(one, f);
+		const __m128d p = _mm_add_pd(_mm_mul_pd(_mm_mul_pd(f, _mm_set1_pd(kCutoffCurve)), t), f);
+		const __m128d k = _mm_sub_pd(_mm_add_pd(p, p), one);
+		const __m128d r = _mm_mul_pd(ResonanceCurve(_mm_mul_pd(t, t)), q);
+		const __m128d gain = _mm_mul_pd(_mm_add_pd(r, one), _mm_set1_pd(kOutputScale));
+		const auto step = [&](float* inLeft, float* inRight, auto spread) {
+			const TCoefficients coefficients = {spread(p), spread(k), spread(r), spread(gain)};
+			StoreFrame(inLeft, inRight, Step<kMode>(state, coefficients, LoadFrame(inLeft, inRight)));
+		};
+		step(left + i, right + i, [](__m128d pair) { return _mm_unpacklo_pd(pair, pair); });
+		if (isPair)
+			step(left + i + 1, right + i + 1, [](__m128d pair) { return _mm_unpackhi_pd(pair, pair); });
+	}
+	return last;
 }
 
 void TVALadderFilter::ProcessRamped(
-    int mode, double sampleRate, std::span<const TRampGroup::TRow> frequencyAndQ, float* left, float* right) {
-	if (frequencyAndQ.empty())
+    int mode, double sampleRate, TRampGroup& frequencyAndQ, float* left, float* right, int count) {
+	if (count < 1)
 		return;
-	const int count = static_cast<int>(frequencyAndQ.size());
+	const float lastLeft = left[count - 1];
+	const float lastRight = right[count - 1];
 	mMode = mode;
+	__m128d last = _mm_set_pd(mQ, mFrequency);
 	WithMode([&](auto kMode) {
-		const __m128d one = _mm_set1_pd(1.0);
-		const __m128d lowest = _mm_set1_pd(kMinimumFrequency);
-		const __m128d highest = _mm_set1_pd(kMaximumFrequency * sampleRate);
-		const __m128d scale = _mm_set1_pd(kFrequencyScale / sampleRate);
 		TState state = mState;
-		const auto row = [&](int i) {
-			return _mm_cvtps_pd(_mm_load_ps(frequencyAndQ[static_cast<std::size_t>(i)].mValues.data()));
-		};
-		for (int i = 0; i < count; i += 2) {
-			const __m128d first = row(i);
-			const __m128d second = row(std::min(i + 1, count - 1));
-			const __m128d frequency = _mm_unpacklo_pd(first, second);
-			const __m128d q = _mm_unpackhi_pd(first, second);
-			const __m128d f = _mm_mul_pd(_mm_min_pd(_mm_max_pd(frequency, lowest), highest), scale);
-			const __m128d t = _mm_sub_pd(one, f);
-			const __m128d p = _mm_add_pd(_mm_mul_pd(_mm_mul_pd(f, _mm_set1_pd(kCutoffCurve)), t), f);
-			const __m128d k = _mm_sub_pd(_mm_add_pd(p, p), one);
-			const __m128d r =
-			    _mm_mul_pd(ExpOfResonanceCurve(_mm_mul_pd(_mm_mul_pd(t, t), _mm_set1_pd(kResonanceCurve))), q);
-			const __m128d gain = _mm_mul_pd(_mm_add_pd(r, one), _mm_set1_pd(kOutputScale));
-			const auto process = [&](int index, auto spread) {
-				const TCoefficients coefficients = {spread(p), spread(k), spread(r), spread(gain)};
-				StoreFrame(
-				    left + index, right + index,
-				    Step<kMode>(state, coefficients, LoadFrame(left + index, right + index)));
-			};
-			process(i, [](__m128d pair) { return _mm_unpacklo_pd(pair, pair); });
-			if (i + 1 < count)
-				process(i + 1, [](__m128d pair) { return _mm_unpackhi_pd(pair, pair); });
-		}
+		last = RunRamped<kMode>(state, sampleRate, frequencyAndQ, left, right, count);
 		mState = state;
 	});
-	const auto& last = frequencyAndQ.back().mValues;
-	SetCoefficients(mode, last[0], sampleRate, last[1]);
+	SetCoefficients(mode, _mm_cvtsd_f64(last), sampleRate, _mm_cvtsd_f64(_mm_unpackhi_pd(last, last)));
+	FreeHungStages(lastLeft, lastRight, count);
 }
 
 void TVALadderFilter::TState::Take(__m128d mask, const TState& other) {
@@ -184,4 +213,17 @@ double TVALadderFilter::ProcessSampleLeft(double x) {
 double TVALadderFilter::ProcessSampleRight(double x) {
 	const __m128d output = ProcessSample(x, ChannelMask(false, true));
 	return _mm_cvtsd_f64(_mm_unpackhi_pd(output, output));
+}
+
+bool TVALadderFilter::IsHung(std::size_t channel, double lastStage, float lastInput, int count) {
+	const bool atLimit = std::abs(lastStage) >= kLimit && std::abs(lastInput) <= kSaneInput;
+	mHungSamples[channel] = atLimit ? mHungSamples[channel] + count : 0;
+	return mHungSamples[channel] > mSampleRate * kLongestHang;
+}
+
+void TVALadderFilter::FreeHungStages(float lastLeft, float lastRight, int count) {
+	const bool hungLeft = IsHung(0, _mm_cvtsd_f64(mState.mY4), lastLeft, count);
+	const bool hungRight = IsHung(1, _mm_cvtsd_f64(_mm_unpackhi_pd(mState.mY4, mState.mY4)), lastRight, count);
+	if (hungLeft || hungRight)
+		mState.Take(ChannelMask(hungLeft, hungRight), TState());
 }

@@ -3,13 +3,15 @@
 
 #include "effects/TRampable.h"
 
+#include <array>
 #include <emmintrin.h>
-#include <span>
 
 /// Stereo four-stage ladder with a soft limit in the last stage; the filter behind every effect. Audio thread.
 /// Samples are in the engine's scale (full scale 32768), frequencies in hertz, q is normalised 0 to 1.
 ///
-/// The state lives on from block to block; only ClearState drops it.
+/// The state lives on from block to block; ClearState drops it, and one thing more: input some 30 dB above full scale
+/// can drive the last stage to its limit so that feedback holds it there for good, whatever follows. A channel that has
+/// hung like that for half a second of sane input begins afresh.
 class TVALadderFilter {
 public:
 	enum TMode : int { kUnset = -1, kLowpass = 0, kHighpass = 1, kBandpass = 2, kBandstop = 3 };
@@ -20,10 +22,9 @@ public:
 	/// In place, with the coefficients set last. Any mode but the four leaves the samples alone.
 	void ProcessBlock(float* left, float* right, int count);
 
-	/// In place, with frequency and q of their own for each sample: the first two values of each row. The results are
-	/// those of SetCoefficients before every sample, to 1e-10; the last row stays set.
-	void ProcessRamped(
-	    int mode, double sampleRate, std::span<const TRampGroup::TRow> frequencyAndQ, float* left, float* right);
+	/// In place, while the first two ramps of the group, frequency and q, take a step before each sample. The results
+	/// are those of SetCoefficients before every sample, to 1e-9; the last pair stays set.
+	void ProcessRamped(int mode, double sampleRate, TRampGroup& frequencyAndQ, float* left, float* right, int count);
 
 	double ProcessSampleLeft(double x);
 	double ProcessSampleRight(double x);
@@ -50,9 +51,13 @@ private:
 	static TCoefficients Spread(double cutoff, double stageFeedback, double resonance);
 	template <int kMode>
 	static __m128d Step(TState& state, const TCoefficients& coefficients, __m128d input);
+	template <int kMode>
+	static __m128d RunRamped(TState& state, double sampleRate, TRampGroup& ramps, float* left, float* right, int count);
 	template <class TAction>
 	void WithMode(TAction action);
 	__m128d ProcessSample(double x, __m128d channel);
+	void FreeHungStages(float lastLeft, float lastRight, int count);
+	bool IsHung(std::size_t channel, double lastStage, float lastInput, int count);
 
 	int mMode = kUnset;
 	double mFrequency = 0.0;
@@ -61,5 +66,6 @@ private:
 	double mCutoff = 0.0;
 	double mStageFeedback = 0.0;
 	double mResonance = 0.0;
-	TState mState{};
+	TState mState;
+	std::array<int, 2> mHungSamples{};
 };

@@ -14,9 +14,6 @@ namespace {
 constexpr float kRampCoefficient = 1.0f / 64.0f;
 constexpr float kCenterGain = 0.70710677f; // what constant power gives in the middle; the law is scaled to 1 there
 constexpr float kSaneInput = 1e12f;        // 150 dB above full scale
-constexpr int kRampedSamples = 64;         // how many rows of ramp values are made at a time
-
-using TRampRows = std::array<TRampGroup::TRow, kRampedSamples>;
 
 TRampable<float> MakeRamp(float value) {
 	return {value, kRampCoefficient};
@@ -42,12 +39,21 @@ void MixSteady(float* wet, const float* dry, int count, float mix, float gain, f
 		VortelBuffers::Scale(wet, count, gain, volume);
 }
 
-/// Four rows of (mix, pan, volume, unused).
-void MixFourRows(const TRampGroup::TRow* rows, const float* dryLeft, const float* dryRight, float* left, float* right) {
-	__m128 mix = _mm_load_ps(rows[0].mValues.data());
-	__m128 pan = _mm_load_ps(rows[1].mValues.data());
-	__m128 volume = _mm_load_ps(rows[2].mValues.data());
-	__m128 unused = _mm_load_ps(rows[3].mValues.data());
+/// One sample of the mix ramps: mix, pan, volume.
+void MixRow(__m128 row, float dryLeft, float dryRight, float& left, float& right) {
+	alignas(16) std::array<float, 4> values;
+	_mm_store_ps(values.data(), row);
+	const auto [mix, pan, volume, unused] = values;
+	left = (dryLeft * (1.0f - mix) + left * mix) * LeftGain(pan) * (2.0f * volume);
+	right = (dryRight * (1.0f - mix) + right * mix) * RightGain(pan) * (2.0f * volume);
+}
+
+/// Four samples of MixRow, with the same results.
+void MixFourRows(TRampGroup& ramps, const float* dryLeft, const float* dryRight, float* left, float* right) {
+	__m128 mix = ramps.Step();
+	__m128 pan = ramps.Step();
+	__m128 volume = ramps.Step();
+	__m128 unused = ramps.Step();
 	_MM_TRANSPOSE4_PS(mix, pan, volume, unused);
 	const __m128 one = _mm_set1_ps(1.0f);
 	const __m128 center = _mm_set1_ps(kCenterGain);
@@ -60,12 +66,6 @@ void MixFourRows(const TRampGroup::TRow* rows, const float* dryLeft, const float
 	};
 	channel(left, dryLeft, _mm_sub_ps(one, pan));
 	channel(right, dryRight, pan);
-}
-
-void MixRow(const TRampGroup::TRow& row, float dryLeft, float dryRight, float& left, float& right) {
-	const auto [mix, pan, volume, unused] = row.mValues;
-	left = (dryLeft * (1.0f - mix) + left * mix) * LeftGain(pan) * (2.0f * volume);
-	right = (dryRight * (1.0f - mix) + right * mix) * RightGain(pan) * (2.0f * volume);
 }
 
 } // namespace
@@ -217,13 +217,8 @@ void TVortelDspDevice::ProcessFilter(float* left, float* right, int count) {
 }
 
 void TVortelDspDevice::ProcessRampedFilter(float* left, float* right, int count) {
-	TRampRows rows;
-	for (int done = 0; done < count; done += kRampedSamples) {
-		const int length = std::min(kRampedSamples, count - done);
-		const auto used = std::span(rows).first(static_cast<std::size_t>(length));
-		TRampGroup::Step({&mFilterFrequencyRamp, &mFilterQRamp}, used);
-		mFilter.ProcessRamped(mFilterType - 1, mSampleRate, used, left + done, right + done);
-	}
+	TRampGroup ramps({&mFilterFrequencyRamp, &mFilterQRamp});
+	mFilter.ProcessRamped(mFilterType - 1, mSampleRate, ramps, left, right, count);
 }
 
 void TVortelDspDevice::ProcessMix(float* left, float* right, int count) {
@@ -239,23 +234,14 @@ void TVortelDspDevice::ProcessMix(float* left, float* right, int count) {
 }
 
 void TVortelDspDevice::ProcessRampedMix(float* left, float* right, int count) {
-	TRampRows rows;
+	TRampGroup ramps({&mMixRamp, &mPanRamp, &mVolumeRamp});
 	const float* dryLeft = mDryLeft.Data();
 	const float* dryRight = mDryRight.Data();
-	for (int done = 0; done < count; done += kRampedSamples) {
-		const int length = std::min(kRampedSamples, count - done);
-		const auto used = std::span(rows).first(static_cast<std::size_t>(length));
-		TRampGroup::Step({&mMixRamp, &mPanRamp, &mVolumeRamp}, used);
-		int i = 0;
-		for (; i <= length - 4; i += 4) {
-			const int at = done + i;
-			MixFourRows(&used[static_cast<std::size_t>(i)], dryLeft + at, dryRight + at, left + at, right + at);
-		}
-		for (; i < length; ++i) {
-			const int at = done + i;
-			MixRow(used[static_cast<std::size_t>(i)], dryLeft[at], dryRight[at], left[at], right[at]);
-		}
-	}
+	int i = 0;
+	for (; i <= count - 4; i += 4)
+		MixFourRows(ramps, dryLeft + i, dryRight + i, left + i, right + i);
+	for (; i < count; ++i)
+		MixRow(ramps.Step(), dryLeft[i], dryRight[i], left[i], right[i]);
 }
 
 void TVortelDspDevice::ProcessFade(float* left, float* right, int count) {

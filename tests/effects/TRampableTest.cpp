@@ -61,12 +61,15 @@ TEST(TRampGroupTest, GivesTheValuesOfSeparateSteps) {
 	together[2].SetTarget(0.001f);
 	TRampable<float> apart[] = {together[0], together[1], together[2]};
 
-	std::array<TRampGroup::TRow, 501> rows;
-	TRampGroup::Step({&together[0], &together[1], &together[2]}, rows);
-	for (const auto& row : rows) {
-		for (std::size_t i = 0; i < 3; ++i) {
-			apart[i].Step();
-			ASSERT_EQ(row.mValues[i], apart[i].Current());
+	{
+		TRampGroup group({&together[0], &together[1], &together[2]});
+		for (int step = 0; step < 501; ++step) {
+			std::array<float, 4> values;
+			_mm_storeu_ps(values.data(), group.Step());
+			for (std::size_t i = 0; i < 3; ++i) {
+				apart[i].Step();
+				ASSERT_EQ(values[i], apart[i].Current());
+			}
 		}
 	}
 	for (std::size_t i = 0; i < 3; ++i)

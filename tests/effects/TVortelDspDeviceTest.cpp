@@ -2,7 +2,6 @@
 #include "effects/TVortelDspDevice.h"
 
 #include "effects/CreateVortelDspDevices.h"
-#include "effects/TVortelPassThroughDspDevice.h"
 #include "tests/effects/TDspDeviceFixture.h"
 
 #include <limits>
@@ -241,8 +240,7 @@ TEST_F(TVortelDspDeviceTest, FilterAtRestIsTheLadderInAnySlices) {
 		ladder.SetCoefficients(type - 1, static_cast<float>(20.0 + 19980.0 * 9.0 / 99.0), 44100.0, 0.9f);
 		ladder.ProcessBlock(expected.mLeft.data(), expected.mRight.data(), 512);
 		for (const std::vector<std::size_t>& slices : {std::vector<std::size_t>{1}, {7, 100}, {512}}) {
-			auto device =
-			    Attach(MakePtr<TVortelPassThroughDspDevice>(mpDocument->Device(kProbeIndex), &mHost, kProbeIndex));
+			auto device = Attach(MakePtr<TProbeDevice>(mpDocument->Device(kProbeIndex), &mHost));
 			device->Start();
 			TStereo sound = Noise(512);
 			Run(*device, sound, slices);
@@ -294,7 +292,7 @@ TEST_F(TVortelDspDeviceTest, FilterThatIsOffKeepsItsState) {
 	EXPECT_GT(sound.mLeft[0], 10000.0f);
 }
 
-TEST_F(TVortelDspDeviceTest, EffectNeverMeetsWhatIsNoNumber) {
+TEST_F(TVortelDspDeviceTest, InsaneInputIsNoNumberToTheEffectAndFollowedByAFreshState) {
 	StartAndSettle();
 	for (const float bad : {std::nanf(""), std::numeric_limits<float>::infinity()}) {
 		TStereo sound = Constant(9, 100.0f);
@@ -307,7 +305,12 @@ TEST_F(TVortelDspDeviceTest, EffectNeverMeetsWhatIsNoNumber) {
 	}
 	TStereo huge = Constant(9, 1e30f);
 	ProcessSlice(*mpProbe, huge, 0, 9);
-	EXPECT_EQ(huge, Constant(9, 1e30f));
+	EXPECT_EQ(huge, Constant(9, 1e30f)); // a finite input is not touched
+	mpProbe->mCalls.clear();
+	TStereo sane = Constant(9, 1e6f);
+	ProcessSlice(*mpProbe, sane, 0, 9);
+	ProcessSlice(*mpProbe, sane, 0, 9);
+	EXPECT_EQ(mpProbe->mCalls, "S");
 }
 
 TEST_F(TVortelDspDeviceTest, EveryDeviceOfADocumentLeavesSilenceSilent) {

@@ -30,7 +30,7 @@ protected:
 	}
 
 	void LetRampsArrive() {
-		for (int i = 0; i < 20; ++i)
+		for (int i = 0; i < 60; ++i)
 			ProcessBlock(Noise(1), Noise(2));
 	}
 

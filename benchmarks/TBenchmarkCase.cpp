@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "benchmarks/TBenchmarkCase.h"
+
+#include "framework/foundation/Framework.h"
+#include "framework/foundation/TGlobalStorage.h"
+
+#include <xmmintrin.h>
+
+const std::vector<TBenchmarkCase::TEntry>& TBenchmarkCase::All() {
+	return Entries();
+}
+
+std::vector<TBenchmarkCase::TEntry>& TBenchmarkCase::Entries() {
+	static std::vector<TEntry> entries;
+	return entries;
+}
+
+TBenchmarkCase::TRegistration::TRegistration(const std::string& name, TMaker make) {
+	Entries().push_back({name, std::move(make)});
+}
+
+TBenchmarkEnvironment::TBenchmarkEnvironment() : mStorageId(TGlobalStorage::CreateStorage()) {
+	constexpr unsigned kFlushToZero = 0x8000;
+	constexpr unsigned kDenormalsAreZero = 0x0040;
+	_mm_setcsr(_mm_getcsr() | kFlushToZero | kDenormalsAreZero);
+	TGlobalStorage::SetCurrentId(mStorageId);
+	InitializeFramework();
+}
+
+TBenchmarkEnvironment::~TBenchmarkEnvironment() {
+	FinalizeFramework();
+	TGlobalStorage::SetCurrentId(-1);
+	TGlobalStorage::DestroyStorage(mStorageId);
+}

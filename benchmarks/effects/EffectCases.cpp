@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "benchmarks/ReferenceLoop.h"
+#include "benchmarks/TBenchmarkCase.h"
+#include "document/TVortelDocument.h"
+#include "effects/CreateVortelDspDevices.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <vector>
+
+namespace {
+
+constexpr int kMaximumBlock = TBenchmarkCase::kMaximumBlock;
+
+/// A second of noise that is played over and over, or that dies away within the first tenth of it.
+class TSource {
+public:
+	explicit TSource(bool tail) : mLeft(kLength), mRight(kLength) {
+		uint32_t state = 1;
+		float level = 20000.0f;
+		for (std::size_t i = 0; i < kLength; ++i) {
+			state = state * 1664525u + 1013904223u;
+			mLeft[i] = level * (static_cast<float>(state >> 8) / 8388608.0f - 1.0f);
+			mRight[i] = level * (static_cast<float>(state & 0xFFFFFF) / 8388608.0f - 1.0f);
+			if (tail)
+				level *= i < kLength / 10 ? 0.995f : 0.0f;
+		}
+	}
+
+	void Fill(float* left, float* right, int count) {
+		if (mPosition + static_cast<std::size_t>(count) > kLength)
+			mPosition = 0;
+		std::memcpy(left, &mLeft[mPosition], static_cast<std::size_t>(count) * sizeof(float));
+		std::memcpy(right, &mRight[mPosition], static_cast<std::size_t>(count) * sizeof(float));
+		mPosition += static_cast<std::size_t>(count);
+	}
+
+private:
+	static constexpr std::size_t kLength = TBenchmarkCase::kSampleRate;
+
+	std::vector<float> mLeft, mRight;
+	std::size_t mPosition = 0;
+};
+
+struct TBlock {
+	alignas(16) std::array<float, kMaximumBlock> mLeft;
+	alignas(16) std::array<float, kMaximumBlock> mRight;
+};
+
+/// What every other case pays for its input too: the floor.
+class TCopyCase : public TBenchmarkCase {
+public:
+	explicit TCopyCase(bool tail = false) : mSource(tail) {}
+
+	void ProcessBlock(int frames) override { mSource.Fill(mBlock.mLeft.data(), mBlock.mRight.data(), frames); }
+
+protected:
+	TSource mSource;
+	TBlock mBlock;
+};
+
+class TReferenceCase final : public TCopyCase {
+public:
+	void ProcessBlock(int frames) override {
+		TCopyCase::ProcessBlock(frames);
+		mLoop.Process(mBlock.mLeft.data(), mBlock.mRight.data(), frames);
+	}
+
+private:
+	ReferenceLoop mLoop;
+};
+
+struct TEffectOptions {
+	int32_t mDevice = 0;
+	bool mFilter = false;
+	bool mRamping = false; // all ramps of the frame have somewhere to go in every block
+	bool mTail = false;
+	int mSlice = 0; // longest call, 0 for the whole block
+	std::vector<std::pair<int32_t, float>> mParameters{};
+};
+
+class TEffectCase final : public TCopyCase {
+public:
+	explicit TEffectCase(const TEffectOptions& options)
+	    : TCopyCase(options.mTail),
+	      mOptions(options),
+	      mpDocument(MakePtr<TVortelDocument>(TVortelDocument::TOptions{.mLoadDefaultBank = false})),
+	      mFirstId(mpDocument->Device(options.mDevice)->FirstParameterId()) {
+		for (const auto& [id, value] : options.mParameters)
+			Scene().SetParameterValue(id, value);
+		if (options.mFilter)
+			Scene().SetParameterValue(mFirstId + TVortelParameterTable::kFilterType, 0.25f);
+		mpDevice = CreateVortelDspDevice(*mpDocument, nullptr, options.mDevice);
+		mpDevice->SetBlockSize(kMaximumBlock);
+		mpDevice->SetProgram(mpDocument->ActiveProgram());
+		mpDevice->SetScene(mpDocument->ActiveScene());
+		mpDevice->Start();
+	}
+
+	void ProcessBlock(int frames) override {
+		TCopyCase::ProcessBlock(frames);
+		if (mOptions.mRamping)
+			MoveRamps();
+		const int slice = mOptions.mSlice > 0 ? mOptions.mSlice : frames;
+		for (int at = 0; at < frames; at += slice) {
+			const int count = std::min(slice, frames - at);
+			mpDevice->CaptureDry(
+			    &mBlock.mLeft[static_cast<std::size_t>(at)], &mBlock.mRight[static_cast<std::size_t>(at)], count);
+			mpDevice->Process(
+			    &mBlock.mLeft[static_cast<std::size_t>(at)], &mBlock.mRight[static_cast<std::size_t>(at)], count);
+		}
+	}
+
+private:
+	TVortelScene& Scene() { return *mpDocument->ActiveScene(); }
+
+	void MoveRamps() {
+		mUp = !mUp;
+		for (int32_t offset = TVortelParameterTable::kMix; offset <= TVortelParameterTable::kFilterQ; ++offset) {
+			if (offset != TVortelParameterTable::kFilterType)
+				Scene().SetParameterValue(mFirstId + offset, mUp ? 0.7f : 0.3f);
+		}
+	}
+
+	TEffectOptions mOptions;
+	TPtr<TVortelDocument> mpDocument;
+	int32_t mFirstId;
+	TPtr<TVortelDspDevice> mpDevice;
+	bool mUp = false;
+};
+
+struct TEffectRegistration {
+	/// The effect at rest, ramping, with its filter, with both, in slices of 16, and with a signal that dies away.
+	TEffectRegistration(const std::string& name, const TEffectOptions& options) {
+		const auto add = [&](const char* suffix, auto change) {
+			TEffectOptions changed = options;
+			change(changed);
+			TBenchmarkCase::TRegistration(name + suffix, [changed] { return std::make_unique<TEffectCase>(changed); });
+		};
+		add("", [](TEffectOptions&) {});
+		add("/ramping", [](TEffectOptions& o) { o.mRamping = true; });
+		add("/filter", [](TEffectOptions& o) { o.mFilter = true; });
+		add("/filter/ramping", [](TEffectOptions& o) { o.mFilter = o.mRamping = true; });
+		add("/slices of 16", [](TEffectOptions& o) { o.mSlice = 16; });
+		add("/filter/tail", [](TEffectOptions& o) { o.mFilter = o.mTail = true; });
+	}
+};
+
+const TBenchmarkCase::TRegistration kFloor("floor", [] { return std::make_unique<TCopyCase>(); });
+const TBenchmarkCase::TRegistration kReference("reference", [] { return std::make_unique<TReferenceCase>(); });
+const TBenchmarkCase::TRegistration kMaster("Master", [] {
+	return std::make_unique<TEffectCase>(TEffectOptions{.mDevice = 0});
+});
+
+const TEffectRegistration kEffects[] = {
+    {"Modulator", {.mDevice = 1}},
+    {"Tape Stop", {.mDevice = 2, .mParameters = {{40, 0.0f}}}},
+    {"Retrigger", {.mDevice = 3}},
+    {"Retrigger/decay", {.mDevice = 3, .mParameters = {{61, 0.001f}}}},
+    {"Reverser", {.mDevice = 4}},
+    {"Stretcher", {.mDevice = 5}},
+    {"Lofi/13 bit", {.mDevice = 6, .mParameters = {{118, 1.0f}}}},
+    {"Lofi/signed", {.mDevice = 6}},
+    {"Lofi/unsigned", {.mDevice = 6, .mParameters = {{119, 1.0f}}}},
+    {"Distortion/razor", {.mDevice = 7}},
+    {"Distortion/shape", {.mDevice = 7, .mParameters = {{137, 1.0f / 3.0f}}}},
+    {"Distortion/fold", {.mDevice = 7, .mParameters = {{137, 2.0f / 3.0f}}}},
+    {"Distortion/shift", {.mDevice = 7, .mParameters = {{137, 1.0f}}}},
+    {"Gater", {.mDevice = 8}},
+    {"Delay", {.mDevice = 9}},
+    {"Shuffler", {.mDevice = 10}},
+};
+
+} // namespace
