@@ -81,6 +81,11 @@ void TObservable::RemoveObserverCompletely(TObserver* observer) noexcept {
 		observer->RemoveRegistration(this);
 }
 
+const TCriticalSection* TObservable::Lock() const noexcept {
+	TAudience* audience = mAudience.Get();
+	return audience ? &audience->mLock : nullptr;
+}
+
 bool TObservable::HasObservers() const noexcept {
 	const TAudience* audience = mAudience.Get();
 	return audience && !audience->IsEmpty();

@@ -50,7 +50,7 @@ void TFile::Close() {
 	if (!mpStream)
 		return;
 	std::fclose(std::exchange(mpStream, nullptr));
-	if (mMode != kRead)
+	if (mMode != kReadOnly)
 		ReportFileChange(mPath);
 }
 
@@ -68,7 +68,7 @@ bool TFile::Delete() {
 }
 
 int64_t TFile::Size() const {
-	if (mpStream && mMode != kRead)
+	if (mpStream && mMode != kReadOnly)
 		std::fflush(mpStream); // bytes that still wait in the stream count too
 	struct stat status;
 	const bool isKnown =

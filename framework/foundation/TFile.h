@@ -13,7 +13,7 @@
 /// short transfer.
 class TFile {
 public:
-	enum TMode : int32_t { kRead = 0, kWrite = 1, kAppend = 2, kReadWriteNew = 3, kReadAppend = 4 };
+	enum TMode : int32_t { kReadOnly = 0, kWriteOnly = 1, kAppend = 2, kReadWriteNew = 3, kReadAppend = 4 };
 
 	enum TByteOrder : int32_t { kBigEndian = 0, kLittleEndian = 1 };
 

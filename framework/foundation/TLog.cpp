@@ -76,7 +76,7 @@ TText NameAndVersionOfSystem(const utsname& kernel) {
 	std::array<char, 4096> buffer;
 	int64_t bytes = static_cast<int64_t>(buffer.size());
 	TFile release("/etc/os-release");
-	if (release.Open(TFile::kRead))
+	if (release.Open(TFile::kReadOnly))
 		release.Read(buffer.data(), bytes);
 	else
 		bytes = 0;
@@ -108,9 +108,9 @@ bool CutToItsEnd(TFile& file) {
 	try {
 		TArray<uint8_t> end(static_cast<int32_t>(kKeptOfLargeFile));
 		int64_t bytes = kKeptOfLargeFile;
-		if (!file.Open(TFile::kRead) || !file.Seek(file.Size() - bytes) || !file.Read(end.Items(), bytes))
+		if (!file.Open(TFile::kReadOnly) || !file.Seek(file.Size() - bytes) || !file.Read(end.Items(), bytes))
 			throw TReadableException("File I/O Error");
-		if (!file.Open(TFile::kWrite) || !file.Write(end.Items(), bytes))
+		if (!file.Open(TFile::kWriteOnly) || !file.Write(end.Items(), bytes))
 			throw TReadableException("File I/O Error");
 		file.Flush();
 		file.Close();
@@ -252,7 +252,7 @@ bool TLog::Open() {
 	bool isNew = !mFile.Exists();
 	if (!isNew && !mTruncate && mFile.Size() > kLargestFile)
 		isNew = !CutToItsEnd(mFile);
-	if (!mDirectory.Create(true) || !mFile.Open(mTruncate ? TFile::kWrite : TFile::kAppend))
+	if (!mDirectory.Create(true) || !mFile.Open(mTruncate ? TFile::kWriteOnly : TFile::kAppend))
 		return false;
 	mLastLineTime = mClock();
 	if (!mWriteHeader)

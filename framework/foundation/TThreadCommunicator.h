@@ -52,13 +52,14 @@ public:
 	/// Releases all pending commands without running them. Only while no other thread uses this instance.
 	void DropAllCommands();
 
+	/// Held while the receiver's commands run.
+	TCriticalSection& DrainLock(int32_t receiver) { return mDrainLocks[static_cast<std::size_t>(receiver)]; }
+
 	/// Counted; a held queue keeps its commands. No-ops if an index is kNoThread.
 	void HoldQueues(int32_t sender, int32_t receiver);
 	void ReleaseQueues(int32_t sender, int32_t receiver);
 
 	/// Held while a receiver's queues are drained.
-	TCriticalSection& DrainLock(int32_t receiver) { return mDrainLocks[static_cast<std::size_t>(receiver)]; }
-
 private:
 	static constexpr std::size_t kReceivers = kNumberOfThreads;
 	static constexpr std::size_t kSenders = kReceivers + 1;

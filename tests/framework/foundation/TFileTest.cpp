@@ -65,7 +65,7 @@ TEST_F(TFileTest, NumbersStandInTheChosenByteOrder) {
 TEST_F(TFileTest, ReadingPastTheEnd) {
 	mFolder.Write("short", "abc");
 	TFile file(mFolder.Path("short"));
-	ASSERT_TRUE(file.Open(TFile::kRead));
+	ASSERT_TRUE(file.Open(TFile::kReadOnly));
 	EXPECT_EQ(MessageOf([&] { file.ReadInt32(); }), "Unexpected end of file!");
 	file.Seek(1);
 	char buffer[10] = {};
@@ -79,7 +79,7 @@ TEST_F(TFileTest, BlockLongerThanTheFileIsNotTrusted) {
 	for (const char* length : {"\xFF\xFF\xFF\x7F", "\xFF\xFF\xFF\xFF", "\4\0\0"}) {
 		mFolder.Write("lying", std::string(length, 4) + "abc");
 		TFile file(mFolder.Path("lying"));
-		ASSERT_TRUE(file.Open(TFile::kRead));
+		ASSERT_TRUE(file.Open(TFile::kReadOnly));
 		TArray<uint8_t> block;
 		EXPECT_EQ(MessageOf([&] { file.ReadBytes(block); }), "Unexpected end of file!");
 		EXPECT_EQ(block.Size(), 0);
@@ -129,20 +129,20 @@ TEST_F(TFileTest, ModesDecideWhatBecomesOfOldContent) {
 		EXPECT_TRUE(file.Open(mode));
 		return file.Write("new", three = 3);
 	};
-	EXPECT_FALSE(writeIn(TFile::kRead));
+	EXPECT_FALSE(writeIn(TFile::kReadOnly));
 	EXPECT_EQ(three, 0);
 	EXPECT_TRUE(writeIn(TFile::kAppend));
 	EXPECT_EQ(mFolder.Read("old"), "oldnew");
 	EXPECT_TRUE(writeIn(TFile::kReadAppend));
 	EXPECT_EQ(mFolder.Read("old"), "oldnewnew");
-	EXPECT_TRUE(writeIn(TFile::kWrite));
+	EXPECT_TRUE(writeIn(TFile::kWriteOnly));
 	EXPECT_EQ(mFolder.Read("old"), "new");
 }
 
 TEST_F(TFileTest, FolderAndMissingFileDoNotOpen) {
-	EXPECT_FALSE(TFile(mFolder.Path("")).Open(TFile::kRead));
+	EXPECT_FALSE(TFile(mFolder.Path("")).Open(TFile::kReadOnly));
 	EXPECT_FALSE(TFile(mFolder.Path("")).Exists());
-	EXPECT_FALSE(TFile(mFolder.Path("missing")).Open(TFile::kRead));
+	EXPECT_FALSE(TFile(mFolder.Path("missing")).Open(TFile::kReadOnly));
 	EXPECT_EQ(TFile(mFolder.Path("missing")).Size(), 0);
 	EXPECT_FALSE(TFile(mFolder.Path("missing")).Delete());
 }
@@ -161,7 +161,7 @@ TEST_F(TFileTest, ClosedFileTransfersNothing) {
 
 TEST_F(TFileTest, FullDiskIsSaid) {
 	TFile file("/dev/full");
-	ASSERT_TRUE(file.Open(TFile::kWrite));
+	ASSERT_TRUE(file.Open(TFile::kWriteOnly));
 	file.WriteInt32(1);
 	EXPECT_EQ(MessageOf([&] { file.Flush(); }), "Failed to flush the file to disk. Probably the disk is full.");
 	TArray<uint8_t> large(1000000);
@@ -173,9 +173,9 @@ TEST_F(TFileTest, FullDiskIsSaid) {
 TEST_F(TFileTest, ListenersLearnOfFilesThatWereOpenForWriting) {
 	{
 		TFile file(mFolder.Path("changed"));
-		file.Open(TFile::kWrite);
+		file.Open(TFile::kWriteOnly);
 		file.Close();
-		file.Open(TFile::kRead);
+		file.Open(TFile::kReadOnly);
 		file.Close();
 		file.Open(TFile::kAppend);
 	}

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/TStepGrid.h"
+
+#include "document/TVortelSequencer.h"
+#include "tests/support/TFrameworkFixture.h"
+
+#include <cmath>
+#include <limits>
+#include <random>
+
+namespace {
+
+double LiftStepwise(double x, double period) {
+	while (x < 0.0)
+		x += period;
+	return x;
+}
+
+using TStepGridTest = TFrameworkFixture;
+
+} // namespace
+
+TEST(MusicalTimeTest, LiftIsAddingPeriodsOneByOne) {
+	std::mt19937 random(1);
+	std::uniform_real_distribution<double> exponent(-60.0, 13.0);
+	std::uniform_int_distribution<int> period(1, 64);
+	for (int i = 0; i < 20000; ++i) {
+		const double x = -std::exp2(exponent(random));
+		const double whole = period(random);
+		ASSERT_EQ(MusicalTime::Lift(x, whole), LiftStepwise(x, whole)) << x << " by " << whole;
+	}
+	for (double x : {-8.0, -4.0, -0.0, 0.0, 3.5, 1e12})
+		EXPECT_EQ(MusicalTime::Lift(x, 4.0), LiftStepwise(x, 4.0));
+}
+
+TEST(MusicalTimeTest, NoPositionIsTooFarAway) {
+	const double infinity = std::numeric_limits<double>::infinity();
+	for (double x : {-1e18, -1e300, 1e300, infinity, -infinity, std::nan("")}) {
+		const double wrapped = MusicalTime::Wrap(MusicalTime::Lift(x, 7.0), 7.0);
+		EXPECT_GE(wrapped, 0.0) << x;
+		EXPECT_LT(wrapped, 7.0) << x;
+	}
+}
+
+TEST(MusicalTimeTest, DelayIsAtLeastOneSampleAndFitsTheSchedule) {
+	EXPECT_EQ(MusicalTime::Delay(-3.0), 1);
+	EXPECT_EQ(MusicalTime::Delay(0.25), 1);
+	EXPECT_EQ(MusicalTime::Delay(1.25), 2);
+	EXPECT_EQ(MusicalTime::Delay(1e30), std::numeric_limits<int32_t>::max());
+	EXPECT_EQ(MusicalTime::Delay(std::nan("")), 1);
+}
+
+// Whatever the length of a step and wherever in it the position lies, the next command is at least a sample away and
+// no further than the step's end.
+TEST(TStepGridUnitTest, NextStepIsNeverNowAndNeverBeyondTheNextBoundary) {
+	const TStepGrid grid{4, 4, 16};
+	for (double samplesPerStep : {0.003, 0.7, 1.0, 1.5, 333.3, 5512.5, 6000.0, 7.2e6}) {
+		for (double boundary : {0.25, 0.5, 1.0, 3.75, 4.0}) {
+			for (double position : {std::nextafter(boundary, 0.0), boundary, std::nextafter(boundary, 5.0)}) {
+				const int32_t delay = grid.DelayToNextStep(position, samplesPerStep);
+				ASSERT_GE(delay, 1);
+				ASSERT_LE(delay, std::max(1.0, std::ceil(samplesPerStep)));
+			}
+		}
+	}
+}
+
+TEST_F(TStepGridTest, AnyFileGivesAGridWithinTheRow) {
+	const auto sequencer = MakePtr<TVortelSequencer>();
+	const int32_t largest = std::numeric_limits<int32_t>::max();
+	for (int32_t beats : {-1, 0, 1, 8, 16, largest}) {
+		for (int32_t divisions : {-1, 0, 1, 8, 9, largest}) {
+			sequencer->NumBeats().Set(beats);
+			sequencer->NumStepsPerBeat().Set(divisions);
+			const TStepGrid grid = TStepGrid::Of(*sequencer);
+			for (double position : {0.0, 0.99, 7.999, 1e9}) {
+				ASSERT_GE(grid.StepAt(position), 0);
+				ASSERT_LT(grid.StepAt(position), 64);
+			}
+		}
+	}
+}

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// All effects, automation, notes, program and scene changes on the audio thread, and a GUI that edits, loads and reads
+// at the same time. Run under the thread sanitizer this finds races; on its own it finds what real-time code must not
+// do.
+#include "framework/foundation/TCommandPoolGlobals.h"
+#include "framework/foundation/TThreadCommunicator.h"
+#include "tests/plugin/TInstanceDriver.h"
+#include "tests/support/TRealTimeWatch.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+namespace {
+
+/// One round of what a user does, on the GUI's thread.
+void EditOnce(TProgramInstance& instance, int32_t round) {
+	const TProgramPluginShell::TGuiScope scope(instance.Shell());
+	TVortelDocument& document = instance.Document();
+	TVortelProgram& program = *document.ActiveProgram();
+	for (int32_t id = round % 3; id < TVortelDocument::kNumberOfParameters; id += 3)
+		document.SetParameterValue(id, static_cast<float>((round * 37 + id) % 100) / 100.0f);
+	program.ActiveSceneIndex().Set(round % 4);
+	program.SwapDevices(1 + round % 10, 1 + round * 3 % 10);
+	program.TriggerMode().Set(round % 3);
+	program.QuantizeFactor().Set(round % 4);
+	document.ActiveSequencer()->NumStepsPerBeat().Set(2 + round % 7);
+	document.ActiveSequencer()->NumBeats().Set(1 + round % 8);
+	document.ActiveSequencer()->Sequence(round % 11).SetStep(round % 16, static_cast<uint8_t>(round % 3));
+	document.ActiveScene()->Seed().Set(round);
+	document.SoloRow().Set(round % 5 == 0 ? round % 11 : -1);
+	document.SceneLocked().Set(round % 4 == 0);
+	if (round % 8 == 0)
+		document.SetCurrentProgramIndex(round / 8 % 2);
+	if (round % 16 == 0) {
+		TVortelDocument::TLoadGuard guard(document);
+		document.Program(1)->Scene(2)->CopyFrom(*document.Program(0)->Scene(1));
+	}
+	for (int32_t id = 0; id < TVortelDocument::kNumberOfParameters; id += 7)
+		document.ParameterValue(id);
+	instance.Engine().PlayingStep();
+	instance.Engine().RandomDevice();
+	instance.Engine().Tempo();
+}
+
+/// The locks that the audio thread may take: the document's, those of its role and its queue, that of the command pool,
+/// and those of the values that it sets or that are set while it runs.
+std::vector<const void*> LocksOfTheAudioThread(TProgramInstance& instance) {
+	const TProgramPluginShell::TGuiScope scope(instance.Shell());
+	TVortelDocument& document = instance.Document();
+	std::vector<const void*> locks{
+	    &document.AudioLock(), &TThreadManager::Instance()->Lock(kAudioThread),
+	    &TThreadCommunicator::Instance()->DrainLock(kAudioThread), &TCommandPoolGlobals::Instance()->Lock(),
+	    document.ActiveProgramIndex().Lock()};
+	for (int32_t i = 0; i < TVortelDocument::kNumberOfPrograms; ++i) {
+		TVortelProgram& program = *document.Program(i);
+		for (const TObservable* value : std::initializer_list<const TObservable*>{
+		         &program.ActiveSceneIndex(), &program.MasterMix(), &program.MasterPanning(), &program.MasterVolume()})
+			locks.push_back(value->Lock());
+	}
+	for (int32_t id = 0; id < TVortelDocument::kNumberOfParameters; ++id)
+		locks.push_back(document.ParameterObservable(id)->Lock());
+	std::erase(locks, nullptr);
+	return locks;
+}
+
+struct TOutcome {
+	bool mIsFinite = true;
+	std::size_t mOffences = 0;
+	std::string mFirstOffence;
+};
+
+TOutcome PlayWhileEditing(TProgramInstance& instance, int32_t blocks) {
+	TInstanceDriver driver(instance);
+	driver.FillScenes();
+	const std::vector<const void*> locks = LocksOfTheAudioThread(instance);
+	TOutcome outcome;
+	std::atomic<bool> isPlaying{true};
+	std::thread audio([&] {
+		// The first block of a thread may look up its storage and make its role's node.
+		const TGlobalStorageScope storage(instance.Shell().StorageId());
+		driver.BusyBlock(0);
+		for (int32_t block = 1; block < blocks; ++block) {
+			{
+				const TRealTimeWatch watch(locks);
+				driver.BusyBlock(block);
+			}
+			outcome.mIsFinite = outcome.mIsFinite && driver.IsFinite();
+		}
+		outcome.mOffences = TRealTimeWatch::NumberOfOffences();
+		outcome.mFirstOffence = TRealTimeWatch::FirstOffence();
+		isPlaying = false;
+	});
+	for (int32_t round = 0; isPlaying; ++round) {
+		EditOnce(instance, round);
+		instance.Shell().Tick();
+		if (round % 32 == 0)
+			instance.Shell().WaitForAudioThread();
+		std::this_thread::yield();
+	}
+	audio.join();
+	return outcome;
+}
+
+} // namespace
+
+TEST(EverythingAtOnceTest, AudioAndGuiShareADocument) {
+	const auto instance = TProgramInstance::Create();
+	const TOutcome outcome = PlayWhileEditing(*instance, 2000);
+	EXPECT_TRUE(outcome.mIsFinite);
+	EXPECT_EQ(outcome.mOffences, 0u) << outcome.mFirstOffence;
+}
+
+TEST(EverythingAtOnceTest, TwoInstancesWithTwoThreadsEach) {
+	const auto first = TProgramInstance::Create();
+	const auto second = TProgramInstance::Create();
+	TOutcome outcomeOfSecond;
+	std::thread other([&] { outcomeOfSecond = PlayWhileEditing(*second, 700); });
+	const TOutcome outcomeOfFirst = PlayWhileEditing(*first, 700);
+	other.join();
+	for (const TOutcome& outcome : {outcomeOfFirst, outcomeOfSecond}) {
+		EXPECT_TRUE(outcome.mIsFinite);
+		EXPECT_EQ(outcome.mOffences, 0u) << outcome.mFirstOffence;
+	}
+}

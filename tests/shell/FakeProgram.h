@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "framework/document/TObservableBaseType.h"
+#include "framework/foundation/TCommandScheduler.h"
+#include "framework/foundation/TThreadManager.h"
+#include "shell/TAudioPluginShell.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// The smallest program that an adapter can stand in front of: three parameters, four programs.
+class TFakeDocument final : public TAudioPluginShell::TDocument {
+public:
+	TFakeDocument() { FinishDeclaration(); }
+
+	int32_t ProductVersion() override { return 1; }
+
+	int32_t UniqueId() override { return 2; }
+
+	bool IsInstrument() override { return mIsInstrument; }
+
+	int32_t NumberOfPrograms() override { return 4; }
+
+	int32_t CurrentProgramIndex() override { return mProgramIndex.Get(); }
+
+	void SetCurrentProgramIndex(int32_t index) override { mProgramIndex.Set(index); }
+
+	TObservable* CurrentProgramIndexValue() override { return &mProgramIndex; }
+
+	TString ProgramName(int32_t) override { return "Name"; }
+
+	void SetProgramName(int32_t, const TString&) override { mNameBang.Bang(); }
+
+	TObservableBang* ProgramNameChangedBang() override { return &mNameBang; }
+
+	int32_t NumberOfParameters() override { return static_cast<int32_t>(mParameters.size()); }
+
+	float ParameterValue(int32_t index) override { return mParameters[static_cast<std::size_t>(index)].Get(); }
+
+	void SetParameterValue(int32_t index, float value) override {
+		mParameters[static_cast<std::size_t>(index)].Set(value);
+	}
+
+	TObservable* ParameterObservable(int32_t index) override { return &mParameters[static_cast<std::size_t>(index)]; }
+
+	TObservable* ParameterListAboutToChangeValue() override { return nullptr; }
+
+	TObservable* ParameterListChangedValue() override { return nullptr; }
+
+	TString ParameterValueText(int32_t, float) override { return {}; }
+
+	bool ParameterValueFromText(int32_t, const TString&, float&) override { return false; }
+
+	TParameterTitle ParameterName(int32_t) override { return {}; }
+
+	bool mIsInstrument = false;
+
+private:
+	TObservableBaseType<int> mProgramIndex{0};
+	TObservableBang mNameBang;
+	std::array<TObservableBaseType<float>, 3> mParameters;
+};
+
+/// Halves the samples, and writes down what it is called with.
+class TFakeEngine final : public TAudioPluginShell::TEngine {
+public:
+	explicit TFakeEngine(TFakeDocument* document) : TEngine(document) {}
+
+	void Process(
+	    std::span<float* const> leftIn, std::span<float* const>, std::span<float* const> leftOut,
+	    std::span<float* const> rightOut, int32_t samples, const TTransportInfo* transport) override {
+		mRole = TThreadManager::Instance()->CurrentThread();
+		mFirstInput = samples > 0 ? leftIn[0][0] : 0.0f;
+		mHadTransport = transport != nullptr;
+		if (transport)
+			mTransport = *transport;
+		mCalls += "process ";
+		for (int32_t done = 0; done < samples; done += mpScheduler->Advance(samples - done)) {
+			mCalls += std::to_string(done) + ":" + std::to_string(Document()->ParameterValue(0)).substr(0, 4) + " ";
+		}
+		for (int32_t i = 0; i < samples; ++i) {
+			leftOut[0][i] *= 0.5f;
+			rightOut[0][i] *= 0.5f;
+		}
+	}
+
+	void ScheduleCommand(TCommand* command, int32_t offset) override { mpScheduler->Schedule(command, offset); }
+
+	int32_t LatencyInSamples() override { return mLatency; }
+
+	bool WantsSilentOutput() override { return mIsSilent; }
+
+	bool WantsMidiInput() override { return true; }
+
+	void ProcessMidiEvents(std::span<const TMidiEvent> events) override {
+		mCalls += "midi" + std::to_string(events.size()) + " ";
+	}
+
+	int32_t mRole = kNoThread;
+	float mFirstInput = 0.0f;
+	bool mHadTransport = false;
+	TTransportInfo mTransport;
+	std::string mCalls;
+	int32_t mLatency = 0;
+	bool mIsSilent = false;
+	std::vector<int32_t> mRates;
+	std::vector<int32_t> mSizes;
+
+private:
+	void InputChannelsChanged(int32_t) override {}
+
+	void OutputChannelsChanged(int32_t) override {}
+
+	void SampleRateChanged(int32_t rate) override { mRates.push_back(rate); }
+
+	void BlockSizeChanged(int32_t samples) override { mSizes.push_back(samples); }
+
+	TPtr<TCommandScheduler> mpScheduler = MakePtr<TCommandScheduler>();
+};
