@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "tools/vortel2/TOptionText.h"
+
+#include <functional>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+/// The one place that knows how the command-line library is told about our options.
+using TOptionReader = std::function<void(const TOptionText&)>;
+
+/// An option with one value; given twice, the last one counts.
+void AddOption(
+    CLI::App& app, const std::string& name, const std::string& valueName, const std::string& help,
+    TOptionReader reader);
+/// An option whose every occurrence is read, in the order of the command line.
+void AddRepeatedOption(
+    CLI::App& app, const std::string& name, const std::string& valueName, const std::string& help,
+    TOptionReader reader);
+/// An option without a value.
+void AddFlag(CLI::App& app, const std::string& name, const std::string& help, bool& flag);

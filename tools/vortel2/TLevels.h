@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "tools/vortel2/TSoundSource.h"
+
+#include <cstdint>
+#include <string>
+
+/// How long and how loud a sound is.
+struct TLevels {
+	int32_t mSampleRate = 0;
+	int64_t mFrames = 0;
+	double mPeak = 0.0; // full scale is 1
+	double mRms = 0.0;  // over both sides
+
+	/// Reads the source to its end.
+	static TLevels Measure(TSoundSource& source);
+
+	/// "8.000 s, 352800 frames, 44100 Hz, peak -1.51 dB, RMS -17.20 dB"; silence reads "-inf".
+	std::string InWords() const;
+};

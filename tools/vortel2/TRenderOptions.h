@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "tools/vortel2/TEventList.h"
+#include "tools/vortel2/THostTransport.h"
+#include "tools/vortel2/TInstanceSettings.h"
+#include "tools/vortel2/TSoundFile.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// Everything that the command line says about a render, checked but for what only an instance or a file can tell.
+struct TRenderOptions {
+	std::string mInput;
+	std::string mOutput;
+	std::string mDemoOutput;    // the processed demo loop
+	std::string mDemoDryOutput; // the loop itself
+	ESampleFormat mFormat = ESampleFormat::kFloat;
+	bool mQuiet = false;
+
+	TInstanceSettings mSettings;
+
+	std::vector<int32_t> mBlockSizes{256}; // cycled through
+	THostTransport::TStart mTransport;
+	std::vector<THostTransport::TChange> mTransportChanges;
+	bool mHasTransport = true;
+	std::vector<TAutomation> mAutomation;
+	std::vector<TNote> mNotes;
+	std::string mMidiFile;
+	double mTail = 0.0; // seconds
+
+	/// This must outlive the parsing.
+	void AddOptions(CLI::App& app);
+	/// After the parsing: files are given either way and not both. Throws a TUsageError.
+	void CheckFiles() const;
+
+private:
+	void AddFileOptions(CLI::App& app);
+	void AddHostOptions(CLI::App& app);
+	void AddTransportChanges(CLI::App& app);
+	void AddEventOptions(CLI::App& app);
+};
