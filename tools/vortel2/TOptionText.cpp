@@ -33,9 +33,9 @@ std::string InWords(double value) {
 	return {buffer, end};
 }
 
-std::string DevicePrefix(int32_t device) {
-	const std::string name = TVortelParameterTable::HostName(TVortelParameterTable::Device(device).mFirstId).CString();
-	return name.substr(0, name.find(':'));
+/// In a row's place device 0 is the randomizer; its other prefix is that of the master's parameters.
+std::string_view DevicePrefix(int32_t device) {
+	return device == 0 ? "RND" : TVortelParameterTable::Device(device).mPrefix;
 }
 
 } // namespace

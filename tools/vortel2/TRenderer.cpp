@@ -88,7 +88,7 @@ void TRenderer::ProcessBlock(std::size_t samples) {
 }
 
 void TRenderer::LetGuiWork() {
-	if (!TThreadCommunicator::Instance()->HasCommandsFor(TThreadManager::kMainThread))
+	if (!TThreadCommunicator::Instance()->HasCommandsFor(kMainThread))
 		return;
 	mCallGui.release();
 	mGuiIsDone.acquire();

@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Installs what is needed, builds the release preset and runs every test.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/install-packages.sh
+cmake --preset release
+cmake --build --preset release
+ctest --preset release
