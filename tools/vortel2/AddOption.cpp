@@ -25,5 +25,5 @@ void AddRepeatedOption(
 }
 
 void AddFlag(CLI::App& app, const std::string& name, const std::string& help, bool& flag) {
-	app.add_flag(name, flag, help)->disable_flag_override();
+	app.add_flag(name, flag, help);
 }

@@ -3,6 +3,7 @@
 
 #include "framework/foundation/ProductInfo.h"
 #include "framework/foundation/TReadableException.h"
+#include "tools/vortel2/AddOption.h"
 #include "tools/vortel2/ParameterCommands.h"
 #include "tools/vortel2/RenderCommand.h"
 #include "tools/vortel2/TLevels.h"
@@ -38,7 +39,7 @@ class TCommandLine {
 public:
 	TCommandLine() : mApp("Runs sound through Vortel 2, a step-sequenced multi effect.", "vortel2") {
 		mApp.set_version_flag("--version", std::string("Vortel2 ") + ProductInfo::VersionText());
-		mApp.require_subcommand(1);
+		mApp.require_subcommand(0, 1);
 		AddRender();
 		AddParams();
 		AddText();
@@ -46,7 +47,11 @@ public:
 		AddLevels();
 	}
 
-	void Parse(int argc, char** argv) { mApp.parse(argc, argv); }
+	void Parse(int argc, char** argv) {
+		mApp.parse(argc, argv);
+		if (mApp.get_subcommands().empty())
+			throw TUsageError("a command is missing; vortel2 --help lists them");
+	}
 
 	std::string Help() const { return mApp.help(); }
 
@@ -61,7 +66,7 @@ private:
 
 	void AddParams() {
 		CLI::App* command = mApp.add_subcommand("params", "List the 210 parameters: id, name, unit, default");
-		command->add_flag("--json", mAsJson, "as a JSON array")->disable_flag_override();
+		AddFlag(*command, "--json", "as a JSON array", mAsJson);
 		command->final_callback([this] { PrintResult(ListParameters(mAsJson)); });
 	}
 

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/vortel2/MidiFile.h"
 
+#include "tools/vortel2/InputFile.h"
 #include "tools/vortel2/ToolErrors.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-#include <iterator>
 #include <string_view>
 
 namespace {
@@ -201,11 +198,5 @@ std::vector<TMidiFileEvent> ReadMidiFile(const std::string& path, std::span<cons
 }
 
 std::vector<TMidiFileEvent> ReadMidiFile(const std::string& path) {
-	std::ifstream file(path, std::ios::binary);
-	if (!file)
-		throw TWorkError(path + ": " + std::strerror(errno));
-	const std::vector<char> contents{std::istreambuf_iterator<char>(file), {}};
-	if (file.bad())
-		throw TWorkError(path + ": " + std::strerror(errno));
-	return ReadMidiFile(path, {reinterpret_cast<const uint8_t*>(contents.data()), contents.size()});
+	return ReadMidiFile(path, ReadWholeFile(path));
 }

@@ -85,18 +85,12 @@ void TRenderOptions::AddHostOptions(CLI::App& app) {
 	AddOption(
 	    app, "--block", "N[,N...]", "host block sizes in samples, cycled through; default 256",
 	    [this](const TOptionText& text) { mBlockSizes = ParseBlockSizes(text); });
-	AddOption(app, "--tempo", "BPM", "default 120", [this](const TOptionText& text) {
-		mTransport.mTempo = ParseTempo(text);
-	});
+	AddOption(app, "--tempo", "BPM", "default 120", [this](const TOptionText& text) { mTempo = ParseTempo(text); });
 	AddOption(
 	    app, "--position", "BEATS", "song position at the first sample; default 0",
-	    [this](const TOptionText& text) { mTransport.mPosition = text.Number(-kFurthestPosition, kFurthestPosition); });
-	app.add_flag_callback(
-	       "--stopped", [this] { mTransport.mIsPlaying = false; }, "the transport is stopped at first")
-	    ->disable_flag_override();
-	app.add_flag_callback(
-	       "--no-transport", [this] { mHasTransport = false; }, "the host tells nothing of a transport")
-	    ->disable_flag_override();
+	    [this](const TOptionText& text) { mPosition = text.Number(-kFurthestPosition, kFurthestPosition); });
+	AddFlag(app, "--stopped", "the transport is stopped at first", mIsStopped);
+	AddFlag(app, "--no-transport", "the host tells nothing of a transport", mHasNoTransport);
 }
 
 void TRenderOptions::AddTransportChanges(CLI::App& app) {

@@ -22,9 +22,11 @@ struct TRenderOptions {
 	TInstanceSettings mSettings;
 
 	std::vector<int32_t> mBlockSizes{256}; // cycled through
-	THostTransport::TStart mTransport;
+	float mTempo = 120.0f;
+	double mPosition = 0.0; // beats, at the first sample
 	std::vector<THostTransport::TChange> mTransportChanges;
-	bool mHasTransport = true;
+	bool mIsStopped = false; // at the first sample
+	bool mHasNoTransport = false;
 	std::vector<TAutomation> mAutomation;
 	std::vector<TNote> mNotes;
 	std::string mMidiFile;

@@ -14,8 +14,9 @@ TRenderer::TRenderer(
     TSoundFileWriter& writer)
     : mShell(shell),
       mBlockSizes(options.mBlockSizes),
-      mHasTransport(options.mHasTransport),
-      mTransport(source.SampleRate(), options.mTransport, options.mTransportChanges),
+      mHasTransport(!options.mHasNoTransport),
+      mTransport(
+          source.SampleRate(), {options.mTempo, options.mPosition, !options.mIsStopped}, options.mTransportChanges),
       mEvents(events),
       mSource(source),
       mWriter(writer) {

@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/vortel2/TSoundFile.h"
 
+#include "tools/vortel2/InputFile.h"
 #include "tools/vortel2/ToolErrors.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstring>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -18,20 +16,6 @@ constexpr int32_t kMinimumRate = 8000;
 constexpr int32_t kMaximumRate = 384000;
 /// A WAV file's lengths are unsigned 32 bit numbers; its headers take well under a kilobyte.
 constexpr int64_t kMaximumWavData = 0xffffffffLL - 1024;
-
-int OpenForReading(const std::string& path) {
-	const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-	if (descriptor < 0)
-		throw TWorkError(path + ": " + std::strerror(errno));
-
-	struct stat status {};
-
-	if (fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode)) {
-		close(descriptor);
-		throw TWorkError(path + ": is a folder");
-	}
-	return descriptor;
-}
 
 int SubFormat(ESampleFormat format) {
 	switch (format) {

@@ -33,14 +33,14 @@ protected:
 };
 
 TEST_F(TBadCommandLineTest, CommandsAndTheirArguments) {
-	ExpectFailure({}, 2, "subcommand");
+	ExpectFailure({}, 2, "command");
 	ExpectFailure({"play"}, 2, "play");
 	ExpectFailure({"--loud"}, 2, "--loud");
 	ExpectFailure({"render"}, 2, "IN");
 	ExpectFailure({"render", "in.wav"}, 2, "OUT");
 	ExpectFailure({"render", "in.wav", "out.wav", "more.wav"}, 2, "more.wav");
 	ExpectFailure({"render", "in.wav", "--demo", "out.wav"}, 2, "in.wav");
-	ExpectFailure({"render", "in.wav", "out.wav", "--quiet=yes"}, 2, "--quiet");
+	ExpectFailure({"render", "in.wav", "out.wav", "--quiet=loud"}, 2, "--quiet");
 	ExpectFailure({"render", "in.wav", "out.wav", "--beats"}, 2, "--beats");
 	ExpectFailure({"render", "--demo", ""}, 2, "IN");
 	ExpectFailure({"params", "--jsn"}, 2, "--jsn");
