@@ -294,3 +294,32 @@ TEST_F(TVortelDocumentTest, ProgramChangeFromTheAudioThreadReachesTheModelOnTheM
 	EXPECT_EQ(mpDocument->ActiveProgram(), mpDocument->Program(9));
 	EXPECT_EQ(mpDocument->RetriggerDevice()->Scene(), mpDocument->Program(9)->Scene(0));
 }
+
+TEST_F(TVortelDocumentTest, AutomationOnTheAudioThreadWhileTheUserEdits) {
+	std::atomic<bool> done{false};
+	std::thread audio([&] {
+		const TGlobalStorageScope storage(StorageId());
+		const TVortelValueConverter* speed = mpDocument->RetriggerDevice()->mpTimeA->Converter();
+		for (int i = 0; !done; ++i) {
+			const TThreadManager::TScope role(kAudioThread, -1);
+			TThreadCommunicator::Instance()->ProcessCommands();
+			mpDocument->SetParameterValue(57, static_cast<float>(i % 4) / 3.0f);
+			const TVortelScene* scene = mpDocument->ActiveScene();
+			const float real = speed->RealFromNormalized(scene->ParameterValue(58));
+			EXPECT_TRUE(real >= 4.0f && real <= 256.0f);
+			EXPECT_LE(scene->Sequencer()->Sequence(3).Step(i % 80), kStepBlockContinue);
+			EXPECT_EQ(mpDocument->ActiveProgram()->DeviceAtPosition(0), 0);
+		}
+	});
+	for (int i = 0; i < 200; ++i) {
+		TThreadCommunicator::Instance()->ProcessCommands();
+		mpDocument->SetCurrentProgramIndex(i % 3);
+		SelectScene(i % 7);
+		Row(3).Randomize(1, 4);
+		mpDocument->ActiveProgram()->RandomizeDeviceOrder();
+		mpDocument->SetParameterValue(58, static_cast<float>(i % 10) / 9.0f);
+		EXPECT_FALSE(mpDocument->Parameter(58)->ValueText().IsEmpty());
+	}
+	done = true;
+	audio.join();
+}
