@@ -204,16 +204,15 @@ TString TextOfFinite(T value) {
 template <class T>
 bool ReadInteger(std::string_view text, T& value) {
 	text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
-	const bool isNegative = text.starts_with('-');
-	const bool isUnsignedNegative = isNegative && std::is_unsigned_v<T>;
-	if (isUnsignedNegative || text.starts_with('+'))
-		text.remove_prefix(1);
-	if (text.empty() || (!isNegative && text.front() == '-') || (isUnsignedNegative && text.front() == '-'))
+	const bool isWrapped = std::is_unsigned_v<T> && text.starts_with('-');
+	const bool isSignTaken = isWrapped || text.starts_with('+');
+	text.remove_prefix(isSignTaken);
+	if (isSignTaken && text.starts_with('-'))
 		return false;
 	T result{};
 	if (std::from_chars(text.data(), text.data() + text.size(), result).ec != std::errc{})
 		return false;
-	value = isUnsignedNegative ? T(0) - result : result;
+	value = isWrapped ? T(0) - result : result;
 	return true;
 }
 
@@ -244,9 +243,11 @@ bool ReadIntegers(const TString& text, std::span<int> values) {
 	const TList<TString> parts = text.Split(u',');
 	if (static_cast<std::size_t>(parts.Count()) != values.size())
 		return false;
-	return std::equal(parts.begin(), parts.end(), values.begin(), [](const TString& part, int& value) {
-		return TString::FromString(part, value);
-	});
+	for (int32_t index = 0; index < parts.Count(); ++index) {
+		if (!TString::FromString(parts[index], values[static_cast<std::size_t>(index)]))
+			return false;
+	}
+	return true;
 }
 
 struct TMacro {

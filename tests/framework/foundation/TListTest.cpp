@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "framework/foundation/TList.h"
+#include "framework/foundation/TArray.h"
+#include "framework/foundation/TPtr.h"
+#include "framework/foundation/TReadableException.h"
+#include "framework/foundation/TString.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <functional>
+#include <string>
+
+using testing::ElementsAre;
+
+namespace {
+
+/// Runs a function when it dies.
+class TActor final : public TReferenceCountable {
+public:
+	explicit TActor(std::function<void()> lastWords) : mLastWords(std::move(lastWords)) {}
+
+	~TActor() override { mLastWords(); }
+
+	bool IsDeletedOnMainThread() const override { return false; }
+
+private:
+	std::function<void()> mLastWords;
+};
+
+template <class T>
+std::vector<int32_t> CapacitiesOf(int32_t count) {
+	TList<T> list;
+	std::vector<int32_t> capacities;
+	for (int32_t index = 0; index < count; ++index) {
+		list.Append(T{});
+		if (capacities.empty() || capacities.back() != list.Capacity())
+			capacities.push_back(list.Capacity());
+	}
+	return capacities;
+}
+
+struct alignas(8) TLarge {
+	std::array<char, 104> mBytes;
+};
+
+} // namespace
+
+TEST(TListTest, GrowsInSteps) {
+	EXPECT_THAT(CapacitiesOf<TPtr<TActor>>(30), ElementsAre(1, 3, 5, 7, 9, 11, 16, 24, 36));
+	EXPECT_THAT(CapacitiesOf<TLarge>(4), ElementsAre(1, 2, 3, 4));
+	EXPECT_EQ(TListGrowth::CapacityAfter(99, 99), 148);
+	EXPECT_EQ(TListGrowth::CapacityAfter(99, 100), 100);
+	EXPECT_EQ(TListGrowth::CapacityAfter(103, 4), 128);
+	EXPECT_EQ(TListGrowth::CapacityAfter(1001, 4), 1151);
+	EXPECT_EQ(TListGrowth::CapacityAfter(10000, 4), 10500);
+}
+
+TEST(TListTest, ReserveIsExactAndNeverShrinks) {
+	TList<int> list{1, 2};
+	EXPECT_EQ(list.Capacity(), 2);
+	list.Reserve(50);
+	list.Reserve(10);
+	EXPECT_EQ(list.Capacity(), 50);
+	list.Clear();
+	EXPECT_EQ(list.Capacity(), 50);
+	EXPECT_EQ(list.Count(), 0);
+}
+
+TEST(TListTest, InsertAndRemoveKeepTheOrder) {
+	TList<std::string> list;
+	list.Insert("c", 0);
+	list.Insert("a", 0);
+	list.Insert("b", 1);
+	list.Insert("d", 3);
+	EXPECT_THAT(list, ElementsAre("a", "b", "c", "d"));
+	list.RemoveAt(3);
+	list.RemoveAt(0);
+	EXPECT_THAT(list, ElementsAre("b", "c"));
+	EXPECT_EQ(list.IndexOf("c"), 1);
+	EXPECT_EQ(list.IndexOf("x"), -1);
+}
+
+TEST(TListTest, OwnElementsCanBeAddedAgain) {
+	TList<std::string> list{"a long text that lies on the heap"};
+	for (int round = 0; round < 5; ++round)
+		list.Append(list[0]);
+	list.Insert(list[5], 0);
+	EXPECT_EQ(list.Count(), 7);
+	EXPECT_EQ(list[0], list[6]);
+}
+
+TEST(TListTest, CopiesAreIndependent) {
+	TList<TString> list{"a", "b"};
+	TList<TString> copy = list;
+	copy[0].Append("x");
+	copy.Append("c");
+	EXPECT_THAT(list, ElementsAre("a", "b"));
+	list = list;
+	list = std::move(copy);
+	EXPECT_THAT(list, ElementsAre("ax", "b", "c"));
+}
+
+TEST(TListTest, ElementsAreHeldOnceAndReleasedOnce) {
+	int deaths = 0;
+	TPtr<TActor> actor = MakePtr<TActor>([&] { ++deaths; });
+	{
+		TList<TPtr<TActor>> list;
+		for (int32_t index = 0; index < 20; ++index)
+			list.Insert(actor, index / 2);
+		EXPECT_EQ(actor->ReferenceCount(), 21);
+		list.RemoveAt(7);
+		EXPECT_EQ(actor->ReferenceCount(), 20);
+		TList<TPtr<TActor>> copy = list;
+		EXPECT_EQ(actor->ReferenceCount(), 39);
+	}
+	EXPECT_EQ(actor->ReferenceCount(), 1);
+	actor = nullptr;
+	EXPECT_EQ(deaths, 1);
+}
+
+TEST(TListTest, ElementThatGoesSeesAListInOrder) {
+	TList<TPtr<TActor>> list;
+	std::vector<int32_t> counts;
+	for (int32_t index = 0; index < 4; ++index)
+		list.Append(MakePtr<TActor>([&] { counts.push_back(list.Count()); }));
+	list.RemoveAt(1);
+	EXPECT_THAT(counts, ElementsAre(3));
+	list.Clear();
+	EXPECT_THAT(counts, ElementsAre(3, 2, 1, 0));
+	list.Append(MakePtr<TActor>([&] { list.Append(nullptr); }));
+	list.RemoveAt(0);
+	EXPECT_EQ(list.Count(), 1);
+}
+
+TEST(TArrayTest, AnotherSizeMakesANewBlock) {
+	TArray<int> array(3);
+	EXPECT_THAT(array, ElementsAre(0, 0, 0));
+	array[1] = 5;
+	array.SetSize(3);
+	EXPECT_THAT(array, ElementsAre(0, 5, 0));
+	array.SetSize(2);
+	EXPECT_THAT(array, ElementsAre(0, 0));
+	array.SetSize(-1);
+	EXPECT_EQ(array.Size(), 0);
+}
+
+TEST(TArrayTest, ElementsThatCannotBeMadeLeaveNothingBehind) {
+	static int sAlive;
+
+	struct TPicky {
+		TPicky() {
+			if (sAlive == 3)
+				throw std::runtime_error("enough");
+			++sAlive;
+		}
+
+		~TPicky() { --sAlive; }
+	};
+
+	TArray<TPicky> array(2);
+	EXPECT_THROW(array.SetSize(5), std::runtime_error);
+	EXPECT_EQ(array.Size(), 0);
+	EXPECT_EQ(sAlive, 0);
+}
+
+TEST(TArrayTest, CopiesAreIndependent) {
+	TArray<TString> array{"a", "b"};
+	TArray<TString> copy = array;
+	copy[0] = "x";
+	EXPECT_THAT(array, ElementsAre("a", "b"));
+	array = std::move(copy);
+	EXPECT_THAT(array, ElementsAre("x", "b"));
+	EXPECT_EQ(copy.Size(), 0);
+}
+
+TEST(TArrayTest, SamplesAreAlignedForVectorsAndZero) {
+	for (int32_t size = 1; size < 100'000; size *= 7) {
+		const TArray<float, TAlignedAllocator<float, 16>> samples(size);
+		EXPECT_EQ(reinterpret_cast<std::uintptr_t>(samples.Items()) % 32, 0u);
+		EXPECT_THAT(samples, testing::Each(0.0f));
+	}
+}
