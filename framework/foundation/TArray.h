@@ -16,6 +16,11 @@
 template <class T, class TAllocator = TDefaultArrayAllocator<T>>
 class TArray {
 public:
+	// What algorithms and matchers ask of a range.
+	using value_type = T;
+	using iterator = T*;
+	using const_iterator = const T*;
+
 	TArray() noexcept = default;
 
 	explicit TArray(int32_t size) { SetSize(size); }
@@ -67,6 +72,7 @@ public:
 
 	const T* Items() const noexcept { return mpItems; }
 
+	std::size_t size() const noexcept { return static_cast<std::size_t>(mSize); }
 	T* begin() noexcept { return mpItems; }
 
 	T* end() noexcept { return mpItems + mSize; }

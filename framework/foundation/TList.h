@@ -43,6 +43,11 @@ private:
 template <class T>
 class TList {
 public:
+	// What algorithms and matchers ask of a range.
+	using value_type = T;
+	using iterator = T*;
+	using const_iterator = const T*;
+
 	TList() noexcept = default;
 
 	TList(std::initializer_list<T> items) { CopyFrom({items.begin(), items.size()}); }
@@ -122,6 +127,7 @@ public:
 		return found == end() ? -1 : static_cast<int32_t>(found - begin());
 	}
 
+	std::size_t size() const noexcept { return static_cast<std::size_t>(mCount); }
 	T* begin() noexcept { return mpItems; }
 
 	T* end() noexcept { return mpItems + mCount; }
