@@ -73,6 +73,7 @@ public:
 	const T* Items() const noexcept { return mpItems; }
 
 	std::size_t size() const noexcept { return static_cast<std::size_t>(mSize); }
+
 	T* begin() noexcept { return mpItems; }
 
 	T* end() noexcept { return mpItems + mSize; }

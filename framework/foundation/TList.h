@@ -128,6 +128,7 @@ public:
 	}
 
 	std::size_t size() const noexcept { return static_cast<std::size_t>(mCount); }
+
 	T* begin() noexcept { return mpItems; }
 
 	T* end() noexcept { return mpItems + mCount; }

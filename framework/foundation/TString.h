@@ -77,6 +77,8 @@ public:
 	class TStringBuffer;
 	class TEmptyStringBuffer;
 
+	static constexpr int32_t kMaximumFormatTexts = 5;
+
 	/// Empty; shares the process's one empty buffer.
 	TString();
 	/// Zero-terminated ASCII; each byte becomes a unit. Null gives an empty text.
@@ -225,11 +227,15 @@ public:
 
 	// Messages
 
-	/// Expands the macros of `format`, then replaces "%s" by the next argument, up to five times and each time from
-	/// the front; so a "%s" inside an argument is filled by the next one. There is no escape.
-	static TString Format(
-	    const TString& format, const TString& a = {}, const TString& b = {}, const TString& c = {},
-	    const TString& d = {}, const TString& e = {});
+	/// Expands the macros of `format`, then replaces "%s" by the next of at most five texts, each time the first "%s"
+	/// from the front; so a "%s" inside a text is filled by the next one. A "%s" of the format for which there is no
+	/// text is filled with nothing. There is no escape.
+	template <std::convertible_to<TString>... TTexts>
+
+	requires(sizeof...(TTexts) <= kMaximumFormatTexts) static TString
+	    Format(const TString& format, const TTexts&... texts) {
+		return FillIn(format, TList<TString>{texts...});
+	}
 
 	template <TTextNumber T>
 	static TString Format(const TString& format, T number) {
@@ -286,6 +292,7 @@ public:
 private:
 	explicit TString(TPtr<TStringBuffer> buffer) noexcept : mpBuffer(std::move(buffer)) {}
 
+	static TString FillIn(const TString& format, const TList<TString>& texts);
 	static TPtr<TStringBuffer> NewBuffer(std::size_t length);
 	bool EqualsAscii(const char* ascii) const noexcept;
 	void Assign(std::u16string_view units);

@@ -296,14 +296,14 @@ TString TString::Shared(TSharedText text) {
 	return strings ? (*strings)[static_cast<std::size_t>(text)] : TString(TextOf(text));
 }
 
-TString TString::Format(
-    const TString& format, const TString& a, const TString& b, const TString& c, const TString& d, const TString& e) {
+TString TString::FillIn(const TString& format, const TList<TString>& texts) {
 	TString result = ExpandMacros(format);
-	for (const TString* argument : {&a, &b, &c, &d, &e}) {
+	const int32_t rounds = std::max(texts.Count(), std::min(result.Count("%s"), kMaximumFormatTexts));
+	for (int32_t index = 0; index < rounds; ++index) {
 		const std::size_t at = result.View().find(u"%s");
 		if (at == std::u16string_view::npos)
 			break;
-		result.Replace(at, 2, argument->View());
+		result.Replace(at, 2, index < texts.Count() ? texts[index].View() : std::u16string_view{});
 	}
 	return result;
 }

@@ -4,12 +4,14 @@
 #include "framework/foundation/TPtr.h"
 #include "framework/foundation/TReadableException.h"
 #include "framework/foundation/TString.h"
+#include "tests/support/TStringPrinter.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
 #include <functional>
+#include <stdexcept>
 #include <string>
 
 using testing::ElementsAre;

@@ -63,7 +63,7 @@ TEST(TStringValuesTest, FloatsHaveTheirCommonTexts) {
 	EXPECT_EQ(TString::ToString(0.1), "0.10000000000000001");
 	EXPECT_EQ(TString::ToString(0.1f, "%.9g"), "0.100000001");
 	EXPECT_EQ(TString::ToString(1.0f, "%.3f"), "1.000");
-	EXPECT_EQ(TString::ToString(1e20f), "1e+20");
+	EXPECT_EQ(TString::ToString(1e20f), "1.00000002e+20");
 }
 
 TEST(TStringValuesTest, NonFiniteNumbersInEveryFormat) {
@@ -198,7 +198,9 @@ TEST(TStringValuesTest, FormatFillsFromTheFront) {
 	EXPECT_EQ(TString::Format("'%s' and '%s'", "a", "b"), "'a' and 'b'");
 	EXPECT_EQ(TString::Format("%s %s", "%s", "x"), "x %s");
 	EXPECT_EQ(TString::Format("%s%s%s%s%s%s", "1", "2", "3", "4", "5"), "12345%s");
-	EXPECT_EQ(TString::Format("a%sb", ""), "ab");
+	EXPECT_EQ(TString::Format("%s", "%s", "x"), "x");
+	EXPECT_EQ(TString::Format("%s, %s, %s.", "a"), "a, , .");
+	EXPECT_EQ(TString::Format("%s%s%s%s%s%s"), "%s");
 	EXPECT_EQ(TString::Format("100%%, %d", "x"), "100%%, %d");
 	EXPECT_EQ(TString::Format("restart $MProductString: %s", "$MProductString"), "restart Vortel2: $MProductString");
 }
