@@ -82,10 +82,6 @@ public:
 
 	const T* end() const noexcept { return mpItems + mSize; }
 
-	operator std::span<T>() noexcept { return {mpItems, static_cast<std::size_t>(mSize)}; }
-
-	operator std::span<const T>() const noexcept { return {mpItems, static_cast<std::size_t>(mSize)}; }
-
 	void Swap(TArray& other) noexcept {
 		std::swap(mpItems, other.mpItems);
 		std::swap(mSize, other.mSize);

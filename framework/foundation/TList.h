@@ -137,10 +137,6 @@ public:
 
 	const T* end() const noexcept { return mpItems + mCount; }
 
-	operator std::span<T>() noexcept { return {mpItems, static_cast<std::size_t>(mCount)}; }
-
-	operator std::span<const T>() const noexcept { return {mpItems, static_cast<std::size_t>(mCount)}; }
-
 	void Swap(TList& other) noexcept {
 		std::swap(mpItems, other.mpItems);
 		std::swap(mCount, other.mCount);
