@@ -53,10 +53,11 @@ public:
 		Discard();
 		if (size <= 0)
 			return;
-		TBlock block(size);
+		TRawArray<T, TAllocator> block(size);
 		if constexpr (!(TAllocator::kGivesZeroes && std::is_trivially_default_constructible_v<T>))
-			std::uninitialized_value_construct_n(block.mpItems, size);
-		Adopt(block);
+			std::uninitialized_value_construct_n(block.Items(), size);
+		mpItems = block.Release();
+		mSize = size;
 	}
 
 	int32_t Size() const noexcept { return mSize; }
@@ -88,30 +89,14 @@ public:
 	}
 
 private:
-	/// Holds the memory while the elements are made, which may throw.
-	struct TBlock {
-		explicit TBlock(int32_t size) : mpItems(TAllocator::Allocate(static_cast<std::size_t>(size))), mSize(size) {}
-
-		TBlock(const TBlock&) = delete;
-		TBlock& operator=(const TBlock&) = delete;
-
-		~TBlock() { TAllocator::Free(mpItems); }
-
-		T* mpItems;
-		int32_t mSize;
-	};
-
 	void Assign(std::span<const T> items) {
 		if (items.empty())
 			return;
-		TBlock block(static_cast<int32_t>(items.size()));
-		std::uninitialized_copy(items.begin(), items.end(), block.mpItems);
-		Adopt(block);
-	}
-
-	void Adopt(TBlock& block) noexcept {
-		mpItems = std::exchange(block.mpItems, nullptr);
-		mSize = block.mSize;
+		const auto size = static_cast<int32_t>(items.size());
+		TRawArray<T, TAllocator> block(size);
+		std::uninitialized_copy(items.begin(), items.end(), block.Items());
+		mpItems = block.Release();
+		mSize = size;
 	}
 
 	void Discard() noexcept {

@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <typeinfo>
+#include <utility>
 
 /// Raw memory for the elements of TList and TArray, under the name of T. Throws TOutOfMemoryException.
 template <class T>
@@ -32,4 +34,23 @@ struct TAlignedAllocator {
 	}
 
 	static void Free(T* items) noexcept { Memory::FreeAligned(items); }
+};
+
+/// Holds raw memory while elements are made in it, which may throw.
+template <class T, class TAllocator>
+class TRawArray {
+public:
+	explicit TRawArray(int32_t count) : mpItems(TAllocator::Allocate(static_cast<std::size_t>(count))) {}
+
+	TRawArray(const TRawArray&) = delete;
+	TRawArray& operator=(const TRawArray&) = delete;
+
+	~TRawArray() { TAllocator::Free(mpItems); }
+
+	T* Items() const noexcept { return mpItems; }
+
+	T* Release() noexcept { return std::exchange(mpItems, nullptr); }
+
+private:
+	T* mpItems;
 };

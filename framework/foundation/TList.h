@@ -154,10 +154,10 @@ private:
 	}
 
 	void Relocate(int32_t capacity) {
-		T* items = TDefaultArrayAllocator<T>::Allocate(static_cast<std::size_t>(capacity));
-		std::uninitialized_move_n(mpItems, mCount, items);
+		TRawArray<T, TDefaultArrayAllocator<T>> block(capacity);
+		std::uninitialized_move_n(mpItems, mCount, block.Items());
 		std::destroy_n(mpItems, mCount);
-		TDefaultArrayAllocator<T>::Free(std::exchange(mpItems, items));
+		TDefaultArrayAllocator<T>::Free(std::exchange(mpItems, block.Release()));
 		mCapacity = capacity;
 	}
 

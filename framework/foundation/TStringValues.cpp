@@ -90,7 +90,7 @@ public:
 		mPrecisionEnd = At(mPrecisionBegin) == '.' ? SkipAny("0123456789", mPrecisionBegin + 1) : mPrecisionBegin;
 		const std::size_t lengthEnd = SkipAny("l", mPrecisionEnd);
 		mLength = lengthEnd - mPrecisionEnd;
-		mConversion = FindConversion(lengthEnd + 1) == mText.size() ? At(lengthEnd) : '\0';
+		mConversion = FindConversion(lengthEnd + 1) == mText.npos ? At(lengthEnd) : '\0';
 	}
 
 	/// Whether a T can be written. Everything else would make the C library read what is not there.
@@ -125,13 +125,13 @@ private:
 		return std::min(mText.find_first_not_of(characters, from), mText.size());
 	}
 
-	/// The position behind the next "%" that is not doubled, else the end.
+	/// The position behind the next "%" that is not doubled.
 	std::size_t FindConversion(std::size_t from) const {
 		for (std::size_t at = mText.find('%', from); at != mText.npos; at = mText.find('%', at + 2)) {
 			if (At(at + 1) != '%')
-				return std::min(at + 1, mText.size());
+				return at + 1;
 		}
-		return mText.size();
+		return mText.npos;
 	}
 
 	std::string mText;

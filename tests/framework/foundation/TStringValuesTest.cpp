@@ -128,7 +128,7 @@ TEST(TStringValuesTest, IntegersOfEveryWidth) {
 }
 
 TEST(TStringValuesTest, FormatsThatDoNotSuitTheTypeAreRefused) {
-	for (const char* format : {"%s", "%n", "%", "", "plain", "%d %d", "%*d", "%ld", "%f", "%hd", "%c", "%%d"}) {
+	for (const char* format : {"%s", "%n", "%", "", "plain", "%d %d", "%d%", "%*d", "%ld", "%f", "%hd", "%c", "%%d"}) {
 		EXPECT_EQ(TString::ToString(5, format), "") << format;
 		EXPECT_EQ(Read<int>("5", format), std::nullopt) << format;
 	}
