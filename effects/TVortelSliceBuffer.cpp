@@ -71,10 +71,11 @@ float TVortelSliceBuffer::ReadFading() {
 	return static_cast<float>(sample);
 }
 
+/// The tail is ahead of the recording head, which writes over it later: so it comes first.
 void TVortelSliceBuffer::Store(const float* samples, int count) {
-	std::copy_n(samples, count, mSamples.Data() + mWrite);
 	if (mWriteTail < mSize && mWriteTail != mWrite)
 		std::copy_n(samples, count, mSamples.Data() + mWriteTail);
+	std::copy_n(samples, count, mSamples.Data() + mWrite);
 }
 
 void TVortelSliceBuffer::AdvanceWriting(int count) {
