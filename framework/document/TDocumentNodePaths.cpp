@@ -9,12 +9,12 @@
 struct TDocumentNode::TPathStep {
 	/// Cuts the first step off.
 	explicit TPathStep(std::u16string_view& path) {
+		if (path.starts_with(u'/'))
+			path.remove_prefix(1);
 		if (path.starts_with(u'[')) {
 			mIndex = ListPath::TakeIndex(path);
 			return;
 		}
-		if (path.starts_with(u'/'))
-			path.remove_prefix(1);
 		const std::size_t end = std::min(path.find_first_of(u"/["), path.size());
 		mName = path.substr(0, end);
 		path.remove_prefix(end);

@@ -81,14 +81,14 @@ void TObservable::RemoveObserverCompletely(TObserver* observer) noexcept {
 		observer->RemoveRegistration(this);
 }
 
-const TCriticalSection* TObservable::Lock() const noexcept {
-	TAudience* audience = mAudience.Get();
-	return audience ? &audience->mLock : nullptr;
-}
-
 bool TObservable::HasObservers() const noexcept {
 	const TAudience* audience = mAudience.Get();
 	return audience && !audience->IsEmpty();
+}
+
+const TCriticalSection* TObservable::ObserversLock() const noexcept {
+	const TAudience* audience = mAudience.Get();
+	return audience ? &audience->mLock : nullptr;
 }
 
 void TObservable::NotifyObservers(int32_t reason) {

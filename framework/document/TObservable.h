@@ -52,8 +52,8 @@ public:
 	/// Ends all registrations of the observer without calling it.
 	void RemoveObserverCompletely(TObserver* observer) noexcept;
 	bool HasObservers() const noexcept;
-	/// What a notification holds; null while nobody has ever been registered. For checks of who locks what.
-	const TCriticalSection* Lock() const noexcept;
+	/// What a round of notification holds; null before the first registration. For checks of who takes which lock.
+	const TCriticalSection* ObserversLock() const noexcept;
 
 	/// A callback's exception ends the round and travels on.
 	void NotifyObservers(int32_t reason);

@@ -52,15 +52,15 @@ std::vector<const void*> LocksOfTheAudioThread(TProgramInstance& instance) {
 	std::vector<const void*> locks{
 	    &document.AudioLock(), &TThreadManager::Instance()->Lock(kAudioThread),
 	    &TThreadCommunicator::Instance()->DrainLock(kAudioThread), &TCommandPoolGlobals::Instance()->Lock(),
-	    document.ActiveProgramIndex().Lock()};
+	    document.ActiveProgramIndex().ObserversLock()};
 	for (int32_t i = 0; i < TVortelDocument::kNumberOfPrograms; ++i) {
 		TVortelProgram& program = *document.Program(i);
 		for (const TObservable* value : std::initializer_list<const TObservable*>{
 		         &program.ActiveSceneIndex(), &program.MasterMix(), &program.MasterPanning(), &program.MasterVolume()})
-			locks.push_back(value->Lock());
+			locks.push_back(value->ObserversLock());
 	}
 	for (int32_t id = 0; id < TVortelDocument::kNumberOfParameters; ++id)
-		locks.push_back(document.ParameterObservable(id)->Lock());
+		locks.push_back(document.ParameterObservable(id)->ObserversLock());
 	std::erase(locks, nullptr);
 	return locks;
 }

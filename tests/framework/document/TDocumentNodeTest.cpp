@@ -1,0 +1,316 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "framework/document/TDocumentByteBag.h"
+#include "framework/document/TDocumentClassRegistry.h"
+#include "framework/document/TDocumentList.h"
+#include "framework/document/TDocumentRoot.h"
+#include "framework/document/TObservableBaseType.h"
+#include "framework/document/TObservableList.h"
+#include "framework/foundation/TThreadCommunicator.h"
+#include "framework/foundation/TThreadManager.h"
+#include "tests/support/TFrameworkFixture.h"
+
+namespace {
+
+static_assert(sizeof(TDocumentNode) <= 160, "a bank has thousands");
+
+/// A node that writes its hooks down, "name:hook", and lets a test play the part of the file engine.
+template <class TBase>
+class TScribe : public TBase {
+public:
+	TScribe(const char* name, std::string& journal) : mName(name), mJournal(journal) { this->FinishDeclaration(); }
+
+	using TBase::AddChild;
+	using TBase::BeginLoad;
+	using TBase::BeginSave;
+	using TBase::BeginUndoRedo;
+	using TBase::EndLoad;
+	using TBase::EndSave;
+	using TBase::EndUndoRedo;
+
+	void OnModified() override { Write("modified"); }
+
+	void OnModifiedCleared() override { Write("cleared"); }
+
+	void OnBeforeAttach() override { Write("before"); }
+
+	void OnAfterAttach() override { Write("attached"); }
+
+	void OnBeforeDetach() override { Write("leaving"); }
+
+	void OnAfterDetach() override { Write("detached"); }
+
+	void OnAttachedToRoot(TDocumentRoot*) override { Write("rooted"); }
+
+	void OnDetachedFromRoot(TDocumentRoot*) override { Write("uprooted"); }
+
+	void OnLoadBegin() override { Write(this->IsLoading() ? "load" : "load?"); }
+
+	void OnLoadEnd(bool success) override { Write(success ? "loaded" : "failed"); }
+
+	void OnAfterLoad() override { Write("after"); }
+
+	void OnPrepareSave() override { Write("prepare"); }
+
+	void OnSaveBegin() override { Write("save"); }
+
+	void OnSaveEnd(bool success) override { Write(success ? "saved" : "failed"); }
+
+	void OnUndoRedoBegin() override { Write("undo"); }
+
+	void OnUndoRedoEnd() override { Write("undone"); }
+
+	std::string mName;
+
+private:
+	void Write(const char* hook) { mJournal += mName + ":" + hook + " "; }
+
+	std::string& mJournal;
+};
+
+using TNode = TScribe<TDocumentNode>;
+
+class TRoot final : public TScribe<TDocumentRoot> {
+public:
+	using TScribe::TScribe;
+	std::string mChanges;
+
+protected:
+	void UndoTransactionBegun() override { mChanges += "( "; }
+
+	void UndoTransactionEnded() override { mChanges += ") "; }
+
+	void OnChangeBegin(TDocumentNode*, TObservable* source) override { mChanges += Text(source); }
+
+	void OnChangeEnd(TDocumentNode*, TObservable* source) override { mChanges += Text(source); }
+
+private:
+	static std::string Text(TObservable* source) {
+		const auto* value = dynamic_cast<TSerializable*>(source);
+		return std::string(value ? value->ToString().CString() : "event") + " ";
+	}
+};
+
+class TDocumentNodeTest : public TFrameworkFixture {
+protected:
+	std::string Told() { return std::exchange(mJournal, {}); }
+
+	std::string mJournal;
+	TRoot mRoot{"r", mJournal};
+	TNode mA{"a", mJournal};
+	TNode mB{"b", mJournal};
+};
+
+std::string MembersOf(const TDocumentNode& node) {
+	std::string text;
+	const auto write = [&](const auto& property) { text += std::string(property.mName.CString()) + " "; };
+	node.VisitMembers(write, write);
+	return text;
+}
+
+} // namespace
+
+TEST_F(TDocumentNodeTest, KeepsTheOrderOfDeclarationAcrossKinds) {
+	TObservableBaseType<int> first;
+	TObservableBaseType<int> second;
+	TObservableBaseType<int> third;
+	mRoot.AddProperty(&first, "First", kWrite);
+	mRoot.AddChild(&mA, "A", kWrite);
+	mRoot.AddComment("and");
+	mRoot.AddProperty(&second, "Second", kWrite);
+	mRoot.AddProperty(&third, "Third", kWrite);
+	EXPECT_EQ(MembersOf(mRoot), "First A and Second Third ");
+	mRoot.AddChild(&mB, "B", kWrite, 0);
+	EXPECT_EQ(MembersOf(mRoot), "First B A and Second Third ");
+	mRoot.RemoveProperty(&second);
+	mRoot.RemoveChild(&mA);
+	mRoot.RemoveChild(&mA);
+	mRoot.RemoveProperty(&second);
+	EXPECT_EQ(MembersOf(mRoot), "First B and Third ");
+	EXPECT_EQ(mRoot.NameOfProperty(&third), "Third");
+	EXPECT_EQ(mRoot.NameOfProperty(&second), "");
+}
+
+TEST_F(TDocumentNodeTest, AttachingTellsTheNodeAndTheWholeSubtreeOfTheRoot) {
+	mA.AddChild(&mB, "B", kWrite);
+	EXPECT_EQ(Told(), "b:before b:attached ");
+	mRoot.AddChild(&mA, "A", kWrite);
+	EXPECT_EQ(Told(), "a:before a:attached a:rooted b:rooted ");
+	EXPECT_EQ(mB.Root(), &mRoot);
+	mRoot.RemoveChild(&mA);
+	EXPECT_EQ(Told(), "a:leaving a:detached a:uprooted b:uprooted ");
+	EXPECT_EQ(mB.Root(), nullptr);
+}
+
+TEST_F(TDocumentNodeTest, ParentThatDiesLeavesItsChildrenAlone) {
+	auto parent = MakePtr<TNode>("p", mJournal);
+	parent->AddChild(&mA, "A", kWrite);
+	parent = nullptr;
+	EXPECT_EQ(mA.Parent(), nullptr);
+	EXPECT_EQ(mA.NameInParent(), "");
+}
+
+TEST_F(TDocumentNodeTest, ChildTakesOverTheStateOfItsParent) {
+	TNode leaf("l", mJournal);
+	mA.AddChild(&mB, "B", 0);
+	mA.AddChild(&leaf, "Leaf", kWrite);
+	mRoot.BeginLoad();
+	mRoot.BeginUndoRedo();
+	mRoot.AddChild(&mA, "A", kWrite);
+	EXPECT_TRUE(mA.IsLoading());
+	EXPECT_TRUE(mA.IsUndoing());
+	EXPECT_FALSE(mB.IsLoading()); // does not persist
+	EXPECT_TRUE(leaf.IsLoading());
+	EXPECT_FALSE(leaf.IsUndoing()); // is not recorded
+	mRoot.EndLoad(true);
+	EXPECT_FALSE(mA.IsLoading());
+	EXPECT_FALSE(mA.IsUndoing());
+}
+
+TEST_F(TDocumentNodeTest, LoadSaveAndUndoVisitThePartsThatTheFlagsName) {
+	TNode reader("x", mJournal);
+	TNode aside("y", mJournal);
+	mRoot.AddChild(&mA, "A", kWrite | kUndoable);
+	mA.AddChild(&mB, "B", kWrite);
+	mRoot.AddChild(&reader, "X", kRead);
+	mRoot.AddChild(&aside, "Y", 0);
+	Told();
+	mRoot.BeginLoad();
+	EXPECT_EQ(Told(), "r:load a:load b:load x:load ");
+	mA.Touch();
+	Told();
+	mRoot.EndLoad(true);
+	EXPECT_EQ(
+	    Told(), "b:loaded a:loaded x:loaded r:loaded r:after a:after b:after x:after y:after "
+	            "r:cleared a:cleared b:cleared x:cleared y:cleared ");
+	EXPECT_FALSE(mRoot.IsModified());
+	mA.BeginLoad();
+	mA.EndLoad(false);
+	EXPECT_EQ(Told(), "a:load b:load b:failed a:failed ");
+	mRoot.BeginSave();
+	EXPECT_TRUE(mB.IsSaving());
+	mRoot.EndSave(false);
+	EXPECT_EQ(
+	    Told(), "r:prepare a:prepare b:prepare x:prepare y:prepare r:save a:save b:save "
+	            "r:failed a:failed b:failed ");
+	EXPECT_FALSE(mB.IsSaving());
+	mRoot.BeginUndoRedo();
+	mRoot.EndUndoRedo();
+	EXPECT_EQ(Told(), "r:undo a:undo r:undone a:undone ");
+}
+
+TEST_F(TDocumentNodeTest, TouchGoesUpAndClearingGoesDown) {
+	mRoot.AddChild(&mA, "A", kWrite);
+	mA.AddChild(&mB, "B", kWrite);
+	Told();
+	mA.Touch();
+	EXPECT_EQ(Told(), "a:modified r:modified ");
+	EXPECT_FALSE(mB.IsModified());
+	EXPECT_TRUE(mRoot.IsSecondaryModified());
+	mRoot.ClearSecondaryModified();
+	EXPECT_TRUE(mA.IsModified());
+	mRoot.ClearModified();
+	EXPECT_FALSE(mA.IsModified());
+	EXPECT_EQ(Told(), "r:cleared a:cleared b:cleared ");
+}
+
+TEST_F(TDocumentNodeTest, ChangesCountInsideAnActionFromTheMainThreadAndUndoableAllTheWay) {
+	TObservableBaseType<int> value{1};
+	TObservableBaseType<int> plain{1};
+	mA.AddProperty(&value, "Value", kWrite | kUndoable);
+	mA.AddProperty(&plain, "Plain", kWrite);
+	mRoot.AddChild(&mA, "A", kWrite | kUndoable);
+	value.Set(2);
+	EXPECT_EQ(mRoot.mChanges, "");
+	EXPECT_FALSE(mRoot.IsModified());
+	mRoot.BeginAction();
+	value.Set(3);
+	plain.Set(3);
+	{
+		const TDocumentRoot::TSuppressGuard guard(mRoot);
+		value.Set(4);
+	}
+	{
+		const TThreadManager::TScope none(kNoThread);
+		const TThreadManager::TScope audio(kAudioThread);
+		value.Set(5);
+	}
+	TThreadCommunicator::Instance()->ProcessCommands();
+	EXPECT_EQ(mRoot.mChanges, "( 2 3 ");
+	EXPECT_TRUE(mRoot.IsModified());
+	mRoot.RemoveChild(&mA);
+	mRoot.AddChild(&mA, "A", kWrite);
+	value.Set(6);
+	mRoot.EndAction();
+	EXPECT_EQ(mRoot.mChanges, "( 2 3 ) ");
+	mA.RemoveProperty(&value);
+	EXPECT_FALSE(value.HasObservers());
+}
+
+TEST_F(TDocumentNodeTest, ListsAndByteBagsReportTheirOwnChanges) {
+	TObservableList<TObservableBaseType<int>> numbers;
+	TDocumentList<TNode> nodes;
+	TDocumentByteBag bag;
+	mRoot.AddProperty(&numbers, "Numbers", kWrite | kUndoable);
+	mRoot.AddChild(&nodes, "Nodes", kWrite | kUndoable);
+	mRoot.AddChild(&bag, "Bag", kWrite | kUndoable);
+	EXPECT_EQ(numbers.ItemName(), "Number");
+	EXPECT_EQ(nodes.ItemName(), "Node");
+	mRoot.BeginAction();
+	numbers.Append();
+	nodes.Insert(new TNode("n", mJournal));
+	bag.SetData(nullptr, 0);
+	bag.SetData("ab", 2);
+	EXPECT_EQ(mRoot.mChanges, "( event event event event event event ");
+	EXPECT_EQ(bag.Data().size(), 2u);
+	bag.SetData(nullptr, 0);
+	EXPECT_TRUE(bag.Data().empty());
+}
+
+TEST_F(TDocumentNodeTest, PathsLeadBackToWhatTheyWereBuiltFrom) {
+	TDocumentList<TDocumentNode> lists;
+	auto inner = MakePtr<TDocumentList<TDocumentNode>>();
+	TObservableList<TObservableList<TObservableBaseType<int>>> table;
+	TObservableBaseType<int> value;
+	mRoot.AddChild(&mA, "A", kWrite);
+	mA.AddChild(&lists, "Items", kWrite);
+	lists.Insert(new TNode("x", mJournal));
+	lists.Insert(inner.Get());
+	inner->Insert(&mB);
+	mB.Retain(); // the list shares it, the test owns it
+	mB.AddProperty(&value, "Value", kWrite);
+	mB.AddProperty(&table, "Table", kWrite);
+	TObservable* cell = table.Append()->Append();
+
+	EXPECT_EQ(mRoot.BuildPath(&mRoot), "/");
+	EXPECT_EQ(mB.BuildPath(&mRoot), "/A/Items[1][0]");
+	EXPECT_EQ(mB.BuildPath(inner.Get()), "/[0]");
+	EXPECT_EQ(mRoot.BuildPath(&mB), "");
+	EXPECT_EQ(mB.BuildValuePath(cell, &mRoot), "/A/Items[1][0]/Table[0][0]");
+	EXPECT_EQ(mRoot.BuildValuePath(cell, &mRoot), "");
+	EXPECT_EQ(table.BuildPath(cell), "Table[0][0]");
+
+	EXPECT_EQ(mRoot.ChildAtPath("/"), &mRoot);
+	EXPECT_EQ(mRoot.ChildAtPath("/A/Items[1][0]"), &mB);
+	EXPECT_EQ(inner->ChildAtPath("/[0]"), &mB);
+	EXPECT_EQ(mRoot.ValueAtPath("/A/Items[1][0]/Value"), &value);
+	EXPECT_EQ(mRoot.ValueAtPath("/A/Items[1][0]/Table[0][0]"), cell);
+	for (const char* wrong : {"/B", "/A/Items[2]", "/A/Items[1][0]/Value", "/A[0]", "/A/Items[", "//"})
+		EXPECT_EQ(mRoot.ChildAtPath(wrong), nullptr) << wrong;
+	for (const char* wrong : {"", "/", "/A", "/A/Items[1][0]", "/A/Items[1][0]/Value[0]", "/A/Items[0]/Value"})
+		EXPECT_EQ(mRoot.ValueAtPath(wrong), nullptr) << wrong;
+	inner->Clear();
+}
+
+TEST_F(TDocumentNodeTest, RegistryMakesNodesByAnyFormOfTheirName) {
+	TDocumentClassRegistry::RegisterClass<TDocumentList<TDocumentByteBag>>("TDocumentList<TDocumentByteBag>");
+	for (const char* name :
+	     {"DocumentList<DocumentByteBag>", "TDocumentList<TDocumentByteBag>", "DocumentList<TDocumentByteBag>"}) {
+		const auto made = TDocumentClassRegistry::CreateByTypeName(name);
+		ASSERT_TRUE(made) << name;
+		EXPECT_EQ(made->TypeName(), "DocumentList<DocumentByteBag>");
+		EXPECT_EQ(made->ElementName(), "DocumentList_of_DocumentByteBag_");
+		EXPECT_TRUE(made->NewInstance());
+	}
+	EXPECT_FALSE(TDocumentClassRegistry::CreateByTypeName("Unheard"));
+	EXPECT_FALSE(mA.NewInstance());
+}

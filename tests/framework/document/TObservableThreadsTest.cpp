@@ -1,0 +1,256 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "framework/document/TObservableBang.h"
+#include "framework/document/TObservableBaseType.h"
+#include "framework/document/TWeakPtr.h"
+#include "framework/foundation/TThreadCommunicator.h"
+#include "framework/foundation/TThreadManager.h"
+#include "tests/framework/document/TActor.h"
+#include "tests/support/TFrameworkFixture.h"
+#include "tests/support/TRealTimeWatch.h"
+
+#include <atomic>
+#include <memory>
+#include <thread>
+
+namespace {
+
+class TObservableThreadsTest : public TFrameworkFixture {
+protected:
+	template <class TWork>
+	void AsAudioThread(TWork work) {
+		const TThreadManager::TScope none(kNoThread);
+		const TThreadManager::TScope audio(kAudioThread);
+		work();
+	}
+
+	/// A thread of its own inside this instance.
+	template <class TWork>
+	std::thread Start(int32_t role, TWork work) {
+		return std::thread([this, role, work] {
+			const TGlobalStorageScope storage(StorageId());
+			const TThreadManager::TScope scope(role);
+			work();
+		});
+	}
+
+	static void Process() { TThreadCommunicator::Instance()->ProcessCommands(); }
+
+	std::string mJournal;
+};
+
+class TCountedEvent final : public TObservableOneShotBang {
+public:
+	explicit TCountedEvent(int* alive) : mpAlive(alive) { ++*mpAlive; }
+
+	~TCountedEvent() override { --*mpAlive; }
+
+private:
+	int* mpAlive;
+};
+
+} // namespace
+
+TEST_F(TObservableThreadsTest, ChangeOnTheAudioThreadArrivesLaterOnTheMainThread) {
+	TObservableBaseType<int> value{1};
+	TActor actor("a", mJournal);
+	actor.Watch(value);
+	AsAudioThread([&] { value.Set(2); });
+	EXPECT_EQ(mJournal, "a0 ");
+	int32_t thread = kNoThread;
+	actor.mAct = [&](auto*, int32_t) { thread = TThreadManager::Instance()->CurrentThread(); };
+	Process();
+	EXPECT_EQ(mJournal, "a0 a2 a3 ");
+	EXPECT_EQ(thread, kMainThread);
+	EXPECT_EQ(actor.mSource, kAudioThread);
+	EXPECT_EQ(TObserver::NotificationSourceThread(), TObserver::kNoNotification);
+}
+
+TEST_F(TObservableThreadsTest, ModesDecideWhereTheCallHappens) {
+	TObservableBang bang;
+	TActor direct("d", mJournal, kMainThread);
+	TActor posted("p", mJournal, kMainThread);
+	TActor nowhere("n", mJournal, kNoThread);
+	direct.Watch(bang, kDeliverDirectly);
+	posted.Watch(bang, kDeliverAlwaysPosted);
+	nowhere.Watch(bang);
+	mJournal.clear();
+	bang.Bang();
+	EXPECT_EQ(mJournal, "d3 ");
+	Process();
+	EXPECT_EQ(mJournal, "d3 p3 ");
+	AsAudioThread([&] { bang.Bang(); });
+	EXPECT_EQ(mJournal, "d3 p3 d3 ");
+	EXPECT_EQ(direct.mSource, kAudioThread);
+	Process();
+	EXPECT_EQ(mJournal, "d3 p3 d3 p3 ");
+}
+
+TEST_F(TObservableThreadsTest, ObserverReleasedWithANotificationUnderWayIsNotCalledAndDiesWhenItArrives) {
+	TObservableBang bang;
+	bool isDead = false;
+	TPtr<TActor> actor = MakePtr<TActor>("a", mJournal);
+	actor->mpDeathMark = &isDead;
+	actor->Watch(bang, kDeliverAlwaysPosted);
+	mJournal.clear();
+	bang.Bang();
+	bang.Bang();
+	actor = nullptr;
+	EXPECT_FALSE(isDead);
+	EXPECT_FALSE(bang.HasObservers());
+	Process();
+	EXPECT_TRUE(isDead);
+	EXPECT_EQ(mJournal, "");
+}
+
+TEST_F(TObservableThreadsTest, DroppedNotificationsLetGoOfTheirObserver) {
+	TObservableBang bang;
+	bool isDead = false;
+	TPtr<TActor> actor = MakePtr<TActor>("a", mJournal);
+	actor->mpDeathMark = &isDead;
+	actor->Watch(bang, kDeliverAlwaysPosted);
+	bang.Bang();
+	actor = nullptr;
+	TThreadCommunicator::Instance()->DropAllCommands();
+	EXPECT_TRUE(isDead);
+}
+
+TEST_F(TObservableThreadsTest, ObserverReleasedOnTheAudioThreadDiesOnTheMainThread) {
+	TObservableBang bang;
+	bool isDead = false;
+	TPtr<TActor> actor = MakePtr<TActor>("a", mJournal, kAudioThread);
+	actor->mpDeathMark = &isDead;
+	actor->Watch(bang);
+	bang.Bang();
+	AsAudioThread([&] {
+		actor = nullptr;
+		Process();
+	});
+	EXPECT_FALSE(isDead);
+	Process();
+	EXPECT_TRUE(isDead);
+}
+
+TEST_F(TObservableThreadsTest, OneShotLivesUntilTheLastObserverIsServed) {
+	TObservableBang prototype;
+	TActor audio("a", mJournal, kAudioThread);
+	TActor posted("p", mJournal, kMainThread);
+	int alive = 0;
+	FireEvent<TCountedEvent>(prototype, kDidChange, &alive);
+	audio.Watch(prototype);
+	posted.Watch(prototype, kDeliverAlwaysPosted);
+	mJournal.clear();
+	FireEvent<TCountedEvent>(prototype, kDidChange, &alive);
+	AsAudioThread([] { Process(); });
+	EXPECT_EQ(alive, 1);
+	Process();
+	EXPECT_EQ(alive, 0);
+	EXPECT_EQ(mJournal, "a3 p3 ");
+}
+
+TEST_F(TObservableThreadsTest, FlushRunsWhatIsUnderWayToIdleThreads) {
+	auto bang = std::make_unique<TObservableBang>();
+	TActor audio("a", mJournal, kAudioThread);
+	audio.Watch(*bang);
+	bang->Bang();
+	bang->FlushObserverThreads();
+	EXPECT_EQ(mJournal, "a0 a3 ");
+}
+
+TEST_F(TObservableThreadsTest, NotifyingFromTheAudioThreadUsesNothingButTheObserversLock) {
+	if (!TRealTimeWatch::IsAvailable())
+		GTEST_SKIP() << "the sanitizer owns the allocator";
+	TObservableBaseType<float> observed{0.0f};
+	TObservableBaseType<float> unobserved{0.0f};
+	TActor actor("a", mJournal);
+	actor.Watch(observed);
+	AsAudioThread([&] {
+		observed.Set(0.25f); // what a thread touches for the first time
+		const std::size_t before = TRealTimeWatch::NumberOfOffences();
+		{
+			const TRealTimeWatch watch({observed.ObserversLock()});
+			observed.Set(0.5f);
+			unobserved.Set(0.5f);
+		}
+		EXPECT_EQ(TRealTimeWatch::NumberOfOffences(), before) << TRealTimeWatch::FirstOffence();
+	});
+	Process();
+	EXPECT_EQ(mJournal, "a0 a2 a3 a2 a3 ");
+}
+
+TEST_F(TObservableThreadsTest, ValueIsReadAndWatchedWhileAnotherThreadWrites) {
+	constexpr int kChanges = 2000;
+	TObservableBaseType<int> value{0};
+	std::atomic<bool> isDone{false};
+	std::thread writer = Start(kAudioThread, [&] {
+		for (int i = 1; i <= kChanges; ++i)
+			value.Set(i);
+		isDone = true;
+	});
+	int lastSeen = 0;
+	bool isOrdered = true;
+	while (!isDone) {
+		TPtr<TActor> actor = MakePtr<TActor>("a", mJournal);
+		actor->Watch(value);
+		actor->mAct = [&](auto*, int32_t) {
+			const int now = value.Get();
+			isOrdered = isOrdered && now >= lastSeen;
+			lastSeen = now;
+		};
+		Process();
+		if (lastSeen % 2 == 0)
+			actor->Leave(value);
+	}
+	writer.join();
+	Process();
+	EXPECT_TRUE(isOrdered);
+	EXPECT_EQ(value.Get(), kChanges);
+	EXPECT_FALSE(value.HasObservers());
+}
+
+TEST_F(TObservableThreadsTest, ObserversAndObservablesMayDieAtTheSameTime) {
+	constexpr int kRounds = 500;
+	std::atomic<int> roundOfMain{0};
+	std::atomic<int> roundOfAudio{0};
+	std::atomic<TObservableBang*> pBang{nullptr};
+	std::thread audio = Start(kAudioThread, [&] {
+		for (int round = 1; round <= kRounds; ++round) {
+			while (roundOfMain.load() < round)
+				std::this_thread::yield();
+			const std::unique_ptr<TObservableBang> bang(pBang.load());
+			bang->Bang();
+			roundOfAudio = round;
+		}
+	});
+	std::string journal;
+	for (int round = 1; round <= kRounds; ++round) {
+		auto* bang = new TObservableBang;
+		TPtr<TActor> actor = MakePtr<TActor>("a", journal, kNoThread);
+		actor->Watch(*bang);
+		pBang = bang;
+		roundOfMain = round;
+		actor = nullptr;
+		while (roundOfAudio.load() < round)
+			std::this_thread::yield();
+	}
+	audio.join();
+}
+
+TEST_F(TObservableThreadsTest, WeakPointerOnAnotherThreadSeesTheEnd) {
+	constexpr int kRounds = 500;
+	for (int round = 0; round < kRounds; ++round) {
+		auto bang = std::make_unique<TObservableBang>();
+		TWeakPtr<TObservableBang> weak(bang.get());
+		std::atomic<bool> isGone{false};
+		std::thread reader([&] {
+			while (weak) {
+				const TWeakPtr<TObservableBang> copy(weak); // comes and goes while the object does
+			}
+			EXPECT_FALSE(weak);
+			isGone = true;
+		});
+		bang = nullptr;
+		EXPECT_FALSE(weak);
+		reader.join();
+		EXPECT_TRUE(isGone);
+	}
+}
