@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "framework/document/TFrameworkMemory.h"
 #include "framework/document/TObservable.h"
 #include "framework/foundation/TCriticalSection.h"
 
@@ -10,7 +11,7 @@
 /// The registrations of one observable, and the rounds of notification that are under way among them.
 /// Everything but IsEmpty needs the lock. An observable that dies in the midst of a round leaves its audience to that
 /// round.
-class TObservable::TAudience {
+class TObservable::TAudience : public TFrameworkMemory<TObservable::TAudience> {
 public:
 	/// One walk over the audience; rounds nest. Holds the lock for its life.
 	class TRound {

@@ -17,7 +17,7 @@ void TDocumentByteBag::SetData(const void* bytes, std::size_t size) {
 	if (!bytes && mData.empty())
 		return;
 	const auto* first = static_cast<const std::byte*>(bytes);
-	std::vector<std::byte> data(first, first + (bytes ? size : 0));
+	TBytes data(first, first + (bytes ? size : 0));
 	FireEvent<TDocumentByteBagDataChangedObservable>(mDataChanged, kWillChange, this);
 	mData = std::move(data);
 	FireEvent<TDocumentByteBagDataChangedObservable>(mDataChanged, kDidChange, this);

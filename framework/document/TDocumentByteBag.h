@@ -3,6 +3,7 @@
 
 #include "framework/document/TDocumentNode.h"
 #include "framework/document/TObservableBang.h"
+#include "framework/foundation/TStlAllocator.h"
 
 #include <cstddef>
 #include <span>
@@ -36,6 +37,8 @@ public:
 	bool IsByteBag() const final { return true; }
 
 private:
-	std::vector<std::byte> mData;
+	using TBytes = std::vector<std::byte, TStlAllocator<std::byte>>;
+
+	TBytes mData;
 	TObservableBang mDataChanged;
 };

@@ -6,6 +6,7 @@
 #include "framework/document/TDocumentClassRegistry.h"
 #include "framework/document/TDocumentList.h"
 #include "framework/document/TDocumentRoot.h"
+#include "framework/document/TFrameworkMemory.h"
 #include "framework/document/TNameRules.h"
 #include "framework/document/TObservableBaseType.h"
 #include "framework/document/TObservableList.h"
@@ -46,7 +47,7 @@ void VisitEventsOf(TDocumentNode* node, const TVisit& visit) {
 
 } // namespace
 
-struct TDocumentNode::TExtras {
+struct TDocumentNode::TExtras : TFrameworkMemory<TExtras> {
 	TList<TAttribute> mAttributes;
 	TObservableBaseType<TString> mTypeName;
 	bool mHasTypeName = false;

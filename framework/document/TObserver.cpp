@@ -23,9 +23,7 @@ void TObserver::NotificationFinished() {
 void TObserver::AddRegistration(TObservable* observable) {
 	TRegistrations& registrations = mRegistrations.Ensure();
 	const TCriticalSection::TGuard guard(registrations.mLock);
-	if (!registrations.mpCounts)
-		registrations.mpCounts = std::make_unique<std::map<TObservable*, int32_t>>();
-	++(*registrations.mpCounts)[observable];
+	++registrations.mCounts[observable];
 }
 
 void TObserver::RemoveRegistration(TObservable* observable) noexcept {
@@ -33,13 +31,9 @@ void TObserver::RemoveRegistration(TObservable* observable) noexcept {
 	if (!registrations)
 		return;
 	const TCriticalSection::TGuard guard(registrations->mLock);
-	if (!registrations->mpCounts)
-		return;
-	const auto entry = registrations->mpCounts->find(observable);
-	if (entry != registrations->mpCounts->end() && --entry->second == 0)
-		registrations->mpCounts->erase(entry);
-	if (registrations->mpCounts->empty())
-		registrations->mpCounts = nullptr;
+	const auto entry = registrations->mCounts.find(observable);
+	if (entry != registrations->mCounts.end() && --entry->second == 0)
+		registrations->mCounts.erase(entry);
 }
 
 void TObserver::LeaveObservables() noexcept {
@@ -55,15 +49,13 @@ void TObserver::LeaveObservables() noexcept {
 // gets the chance to go on with this observer's before the next try.
 bool TObserver::LeaveFirstObservable(TRegistrations& registrations) noexcept {
 	std::unique_lock own(registrations.mLock);
-	if (!registrations.mpCounts)
+	if (registrations.mCounts.empty())
 		return false;
-	const auto first = registrations.mpCounts->begin();
+	const auto first = registrations.mCounts.begin();
 	TObservable::TAudience& audience = *first->first->mAudience.Get();
 	if (std::unique_lock theirs(audience.mLock, std::try_to_lock); theirs) {
 		audience.RemoveAllOf(this);
-		registrations.mpCounts->erase(first);
-		if (registrations.mpCounts->empty())
-			registrations.mpCounts = nullptr;
+		registrations.mCounts.erase(first);
 		return true;
 	}
 	own.unlock();

@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "framework/document/TFrameworkMemory.h"
 #include "framework/document/TLazyPart.h"
 #include "framework/foundation/TCriticalSection.h"
 #include "framework/foundation/TFunctionPtr.h"
-#include "framework/foundation/TOwnerPtr.h"
 #include "framework/foundation/TReferenceCountable.h"
+#include "framework/foundation/TStlAllocator.h"
 #include "framework/foundation/TThreadManager.h"
 
 #include <atomic>
 #include <concepts>
 #include <cstdint>
+#include <functional>
 #include <map>
+#include <utility>
 
 class TObservable;
 
@@ -44,9 +47,11 @@ public:
 private:
 	friend class TObservable;
 
-	struct TRegistrations {
+	using TCounts = std::map<TObservable*, int32_t, std::less<>, TStlAllocator<std::pair<TObservable* const, int32_t>>>;
+
+	struct TRegistrations : TFrameworkMemory<TRegistrations> {
 		TCriticalSection mLock;
-		TOwnerPtr<std::map<TObservable*, int32_t>> mpCounts; // null when empty
+		TCounts mCounts; // registrations with each observable
 	};
 
 	void AddRegistration(TObservable* observable);
