@@ -51,7 +51,7 @@ std::vector<const void*> LocksOfTheAudioThread(TProgramInstance& instance) {
 	TVortelDocument& document = instance.Document();
 	std::vector<const void*> locks{
 	    &document.AudioLock(), &TThreadManager::Instance()->Lock(kAudioThread),
-	    &TThreadCommunicator::Instance()->DrainLock(kAudioThread), &TCommandPoolGlobals::Instance()->Lock(),
+	    &TThreadCommunicator::Instance()->DrainLock(kAudioThread),
 	    document.ActiveProgramIndex().ObserversLock()};
 	for (int32_t i = 0; i < TVortelDocument::kNumberOfPrograms; ++i) {
 		TVortelProgram& program = *document.Program(i);
