@@ -9,6 +9,13 @@
 
 namespace MusicalTime {
 
+namespace {
+
+/// In samples. Far above the errors of any song's positions, far below what could be heard or seen.
+constexpr double kRoundingErrors = 1e-5;
+
+} // namespace
+
 // Adding a whole number to a negative x is exact until the sum is no longer negative, so only the last addition rounds;
 // the remainder of fmod is exact and is what that addition starts from.
 double Lift(double x, double period) noexcept {
@@ -27,6 +34,15 @@ double Wrap(double x, double period) noexcept {
 	return remainder >= 0.0 ? remainder : 0.0;
 }
 
+double Settle(double x, double samplesPerUnit) noexcept {
+	const double nearest = std::round(x);
+	return std::abs(x - nearest) * samplesPerUnit < kRoundingErrors ? nearest : x;
+}
+
+double SamplesSinceWhole(double x, double samplesPerUnit) noexcept {
+	return std::trunc((x - std::trunc(x)) * samplesPerUnit + kRoundingErrors);
+}
+
 int32_t Delay(double samples) noexcept {
 	constexpr double kLongest = std::numeric_limits<int32_t>::max();
 	// Written so that what is no number gives the shortest delay.
@@ -42,15 +58,14 @@ TStepGrid TStepGrid::Of(TVortelSequencer& sequencer) noexcept {
 	return {beats, divisions, static_cast<int32_t>(std::min<int64_t>(steps, TVortelSequence::kNumberOfSteps))};
 }
 
-int32_t TStepGrid::StepAt(double position) const noexcept {
-	const double x = MusicalTime::Lift(position * mDivisions, mSteps);
+int32_t TStepGrid::StepAt(double position, double samplesPerStep) const noexcept {
+	const double x = MusicalTime::Settle(MusicalTime::Lift(position * mDivisions, mSteps), samplesPerStep);
 	return static_cast<int32_t>(MusicalTime::Wrap(std::trunc(x), mSteps));
 }
 
 // Just below the end of a step the samples gone of it may round up to the whole step; a delay of 0 would then run the
 // next command at the very same position, for ever. Hence never less than one sample.
 int32_t TStepGrid::DelayToNextStep(double position, double samplesPerStep) const noexcept {
-	const double x = MusicalTime::Lift(position * mDivisions, mSteps);
-	const double samplesOfStep = std::trunc((x - std::trunc(x)) * samplesPerStep);
-	return MusicalTime::Delay(samplesPerStep - samplesOfStep);
+	const double x = MusicalTime::Settle(MusicalTime::Lift(position * mDivisions, mSteps), samplesPerStep);
+	return MusicalTime::Delay(samplesPerStep - MusicalTime::SamplesSinceWhole(x, samplesPerStep));
 }

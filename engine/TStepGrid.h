@@ -15,6 +15,14 @@ double Lift(double x, double period) noexcept;
 /// The remainder of x, which is not negative, after whole periods.
 double Wrap(double x, double period) noexcept;
 
+/// x, or the whole number that it is meant to be. A position is a sum of many stretches, and how many depends on how
+/// the host cuts its blocks; what lies within the rounding errors of that sum from a whole number counts as the number,
+/// so that steps fall on the same samples whatever the blocks. samplesPerUnit gives the distance a meaning.
+double Settle(double x, double samplesPerUnit) noexcept;
+
+/// Whole samples gone since the last whole number; x is not negative and settled.
+double SamplesSinceWhole(double x, double samplesPerUnit) noexcept;
+
 /// A distance as a delay for the schedule: whole samples, rounded up, at least 1, at most what the schedule can hold.
 int32_t Delay(double samples) noexcept;
 
@@ -31,7 +39,7 @@ struct TStepGrid {
 	static TStepGrid Of(TVortelSequencer& sequencer) noexcept;
 
 	/// The step at a position, from 0 up to, but not including, mSteps.
-	int32_t StepAt(double position) const noexcept;
+	int32_t StepAt(double position, double samplesPerStep) const noexcept;
 	/// From a position to where the next step begins.
 	int32_t DelayToNextStep(double position, double samplesPerStep) const noexcept;
 };

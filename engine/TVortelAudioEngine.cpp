@@ -70,8 +70,13 @@ void TVortelAudioEngine::Process(
 		std::copy_n(leftIn[0], samples, left);
 		std::copy_n(rightIn[0], samples, right);
 	}
-	if (!mpVortelDocument->IsLoading())
-		RunBlock(left, right, std::min(samples, BlockSize()), transport);
+	if (mpVortelDocument->IsLoading())
+		return;
+	// More than the host has announced runs as several blocks.
+	for (int32_t done = 0; done < samples; done += BlockSize()) {
+		RunBlock(left + done, right + done, std::min(samples - done, BlockSize()), transport);
+		transport = nullptr;
+	}
 }
 
 void TVortelAudioEngine::RunBlock(float* left, float* right, int32_t samples, const TTransportInfo* transport) {

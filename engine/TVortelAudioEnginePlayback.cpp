@@ -24,7 +24,7 @@ int32_t TVortelAudioEngine::PlayingStep() const {
 	TVortelScene* scene = mpScene;
 	if (!mIsRunning || scene != mpEditedScene)
 		return kNone;
-	return TStepGrid::Of(*scene->Sequencer()).StepAt(mPosition);
+	return TStepGrid::Of(*scene->Sequencer()).StepAt(mPosition, mSamplesPerStep);
 }
 
 void TVortelAudioEngine::StartSequencer() {
@@ -41,7 +41,8 @@ void TVortelAudioEngine::StartSequencer() {
 		mStartPosition = mHostPosition;
 	}
 	// A restart at the same place shuffles the same.
-	const uint32_t seed = static_cast<uint32_t>(mpScene->Seed().Get()) + static_cast<uint32_t>(mPosition);
+	const uint32_t seed = static_cast<uint32_t>(mpScene->Seed().Get()) +
+	                      static_cast<uint32_t>(MusicalTime::Settle(mPosition, mSamplesPerBeat));
 	for (const auto& device : mDevices)
 		device->OnReseed(seed);
 	AdvanceStep();
@@ -70,7 +71,7 @@ void TVortelAudioEngine::AdvanceStep() {
 		return;
 	const TStepGrid grid = Grid();
 	const double position = mPosition;
-	const int32_t step = grid.StepAt(position);
+	const int32_t step = grid.StepAt(position, mSamplesPerStep);
 	if (step != mCurrentStep && !EnterStep(step))
 		return;
 	mpScheduler->Schedule(new TVortelNewStepCommand(this), grid.DelayToNextStep(position, mSamplesPerStep));
@@ -99,7 +100,8 @@ void TVortelAudioEngine::ChooseRandomDevice(uint8_t randomizerStep) {
 		mRandomDevice = kNone;
 	else if (randomizerStep == kStepBlockStart || mRandomDevice == kNone) {
 		const TStepGrid grid = Grid();
-		const double steps = MusicalTime::Lift(mHostPosition * grid.mDivisions, grid.mSteps);
+		const double steps =
+		    MusicalTime::Settle(MusicalTime::Lift(mHostPosition * grid.mDivisions, grid.mSteps), mSamplesPerStep);
 		mRandomDevice = PickRandomDevice(std::trunc(steps));
 	}
 }
@@ -195,9 +197,9 @@ bool TVortelAudioEngine::ScheduleAtGridPoint(int32_t note) {
 	const int32_t pointsPerBeat = mpProgram->QuantizeFactor().Get();
 	if (pointsPerBeat < 1 || !mHostIsPlaying)
 		return false;
-	const double points = MusicalTime::Lift(mHostPosition * pointsPerBeat, 1.0);
 	const double interval = mSamplesPerBeat / pointsPerBeat;
-	const double samplesSincePoint = std::trunc((points - std::trunc(points)) * interval);
+	const double points = MusicalTime::Settle(MusicalTime::Lift(mHostPosition * pointsPerBeat, 1.0), interval);
+	const double samplesSincePoint = MusicalTime::SamplesSinceWhole(points, interval);
 	if (samplesSincePoint < SampleRate() / 1000)
 		return false;
 	mpScheduler->Schedule(

@@ -65,6 +65,24 @@ TEST(TStepGridUnitTest, NextStepIsNeverNowAndNeverBeyondTheNextBoundary) {
 	}
 }
 
+// A position is the sum of the host's blocks; the last bits of that sum must not decide about a sample.
+TEST(TStepGridUnitTest, RoundingOfThePositionMovesNoStep) {
+	const TStepGrid grid{4, 7, 28};
+	for (double samplesPerBeat : {22050.0, 26460.0, 18900.0, 27194.2445}) {
+		const double samplesPerStep = samplesPerBeat / grid.mDivisions;
+		for (int sample = 0; sample < 90000; sample += 15) {
+			const double exact = sample / samplesPerBeat;
+			for (double noise : {-3e-12, 3e-12}) {
+				const double position = MusicalTime::Wrap(MusicalTime::Lift(exact + noise, 4.0), 4.0);
+				const double wrapped = MusicalTime::Wrap(exact, 4.0);
+				ASSERT_EQ(grid.StepAt(position, samplesPerStep), grid.StepAt(wrapped, samplesPerStep)) << sample;
+				ASSERT_EQ(grid.DelayToNextStep(position, samplesPerStep), grid.DelayToNextStep(wrapped, samplesPerStep))
+				    << sample;
+			}
+		}
+	}
+}
+
 TEST_F(TStepGridTest, AnyFileGivesAGridWithinTheRow) {
 	const auto sequencer = MakePtr<TVortelSequencer>();
 	const int32_t largest = std::numeric_limits<int32_t>::max();
@@ -74,8 +92,8 @@ TEST_F(TStepGridTest, AnyFileGivesAGridWithinTheRow) {
 			sequencer->NumStepsPerBeat().Set(divisions);
 			const TStepGrid grid = TStepGrid::Of(*sequencer);
 			for (double position : {0.0, 0.99, 7.999, 1e9}) {
-				ASSERT_GE(grid.StepAt(position), 0);
-				ASSERT_LT(grid.StepAt(position), 64);
+				ASSERT_GE(grid.StepAt(position, 5512.5), 0);
+				ASSERT_LT(grid.StepAt(position, 5512.5), 64);
 			}
 		}
 	}
