@@ -43,7 +43,7 @@ TPtr<TAudioPluginShell> CreateAdapter(
 	if (hostKind == kProgramHost)
 		return MakePtr<TProgramPluginShell>(
 		    document.Get(), engine.Get(), nullptr, static_cast<TProgramPluginShell::THost*>(hostContext));
-	throw TReadableException(TString::Format("There is no adapter for the host format %s.", hostKind));
+	throw TReadableException(TString("There is no adapter for host format ") + TString::ToString(hostKind));
 }
 
 TPtr<TAudioPluginShell> CreateInstance(int32_t hostKind, void* hostContext) {

@@ -2,7 +2,6 @@
 // All effects, automation, notes, program and scene changes on the audio thread, and a GUI that edits, loads and reads
 // at the same time. Run under the thread sanitizer this finds races; on its own it finds what real-time code must not
 // do.
-#include "framework/foundation/TCommandPoolGlobals.h"
 #include "framework/foundation/TThreadCommunicator.h"
 #include "tests/plugin/TInstanceDriver.h"
 #include "tests/support/TRealTimeWatch.h"
@@ -44,8 +43,8 @@ void EditOnce(TProgramInstance& instance, int32_t round) {
 	instance.Engine().Tempo();
 }
 
-/// The locks that the audio thread may take: the document's, those of its role and its queue, that of the command pool,
-/// and those of the values that it sets or that are set while it runs.
+/// The locks that the audio thread may take: the document's, those of its role and its queue, and those of the
+/// values that it sets or that are set while it runs.
 std::vector<const void*> LocksOfTheAudioThread(TProgramInstance& instance) {
 	const TProgramPluginShell::TGuiScope scope(instance.Shell());
 	TVortelDocument& document = instance.Document();

@@ -116,7 +116,7 @@ TEST_F(TCreatePluginShellTest, LogTellsOfApiAndInstances) {
 		    {"Vortel: Initializing the API...", "I"},
 		    {"Vortel: Creating plugin shell instance...", "C"},
 		    {"Vortel: Releasing plugin shell instance...", "R"},
-		    {"Vortel: Creating the plugin GUI FAILED (", "F"},
+		    {"Vortel: Creating the plugin GUI FAILED (There is no adapter", "F"},
 		    {"Vortel: Finalizing the API...", "Z"}};
 		for (const auto& [start, kind] : kinds)
 			if (line.find(start) != std::string::npos)
