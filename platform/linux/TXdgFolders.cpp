@@ -13,7 +13,7 @@ TDirectory AbsoluteFolder(const char* path) {
 	return path && path[0] == '/' ? TDirectory(TString(path, kFileSystemEncoding)) : TDirectory();
 }
 
-/// The password database knows users whose environment is empty, as under some session managers.
+/// The password database knows users whose environment says nothing, as under some service managers.
 TDirectory Home() {
 	const TDirectory home = AbsoluteFolder(std::getenv("HOME"));
 	if (!home.IsEmpty())
