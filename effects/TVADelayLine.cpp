@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <emmintrin.h>
 
 void TVADelayLine::SetLength(int length) {
 	if (length == mLength)
@@ -26,24 +27,65 @@ void TVADelayLine::Clear() {
 	mWritten = 0;
 }
 
+namespace {
+
+/// With a delay at rest the place between two samples is the same for all, and the cubic is four weights.
+struct TWeights {
+	explicit TWeights(double t)
+	    : mA(t * (-0.5 + t * (1.0 - 0.5 * t))),
+	      mB(1.0 + t * t * (-2.5 + 1.5 * t)),
+	      mC(t * (0.5 + t * (2.0 - 1.5 * t))),
+	      mD(t * t * (-0.5 + 0.5 * t)) {}
+
+	double mA, mB, mC, mD;
+};
+
+__m128d LoadTwo(const float* samples) {
+	return _mm_cvtps_pd(_mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(samples))));
+}
+
+void StoreTwo(float* samples, __m128 values) {
+	_mm_store_sd(reinterpret_cast<double*>(samples), _mm_castps_pd(values));
+}
+
+} // namespace
+
 void TVADelayLine::ProcessSteady(float* samples, int count, float send, float feedback, double delay, float returned) {
-	// With a delay at rest the place between two samples is the same for all: the cubic is four weights.
-	const double place = std::ceil(delay) - delay;
 	const int behind = static_cast<int>(std::ceil(delay));
-	const double t = place;
-	const double wa = t * (-0.5 + t * (1.0 - 0.5 * t));
-	const double wb = 1.0 + t * t * (-2.5 + 1.5 * t);
-	const double wc = t * (0.5 + t * (2.0 - 1.5 * t));
-	const double wd = t * t * (-0.5 + 0.5 * t);
-	float* const line = mSamples.Data();
-	const int mask = mSize - 1;
-	for (int i = 0; i < count; ++i) {
-		const int at = mWriteIndex - behind;
-		const double y =
-		    wa * line[(at - 1) & mask] + wb * line[at & mask] + wc * line[(at + 1) & mask] + wd * line[(at + 2) & mask];
-		line[mWriteIndex] = static_cast<float>(send * samples[i] + feedback * y);
-		samples[i] += returned * static_cast<float>(y);
-		mWriteIndex = (mWriteIndex + 1) & mask;
+	const TWeights weights(behind - delay);
+	for (int done = 0; done < count;) {
+		const int read = (mWriteIndex - behind - 1) & (mSize - 1);
+		const int run = std::min({count - done, mSize - mWriteIndex, mSize - 3 - read});
+		float* const x = samples + done;
+		if (run > 0) {
+			float* const write = mSamples.Data() + mWriteIndex;
+			const float* const from = mSamples.Data() + read;
+			int i = 0;
+			for (; i <= run - 2; i += 2) {
+				const __m128d y = _mm_add_pd(
+				    _mm_add_pd(
+				        _mm_mul_pd(LoadTwo(from + i), _mm_set1_pd(weights.mA)),
+				        _mm_mul_pd(LoadTwo(from + i + 1), _mm_set1_pd(weights.mB))),
+				    _mm_add_pd(
+				        _mm_mul_pd(LoadTwo(from + i + 2), _mm_set1_pd(weights.mC)),
+				        _mm_mul_pd(LoadTwo(from + i + 3), _mm_set1_pd(weights.mD))));
+				const __m128 in = _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(x + i)));
+				const __m128d sent = _mm_cvtps_pd(_mm_mul_ps(in, _mm_set1_ps(send)));
+				StoreTwo(write + i, _mm_cvtpd_ps(_mm_add_pd(sent, _mm_mul_pd(y, _mm_set1_pd(feedback)))));
+				StoreTwo(x + i, _mm_add_ps(in, _mm_mul_ps(_mm_cvtpd_ps(y), _mm_set1_ps(returned))));
+			}
+			for (; i < run; ++i) {
+				const double y = weights.mA * from[i] + weights.mB * from[i + 1] + weights.mC * from[i + 2] +
+				                 weights.mD * from[i + 3];
+				write[i] = static_cast<float>(send * x[i] + feedback * y);
+				x[i] += returned * static_cast<float>(y);
+			}
+			mWriteIndex = (mWriteIndex + run) & (mSize - 1);
+			mWritten = std::min(mSize, mWritten + run);
+			done += run;
+		} else { // the four samples lie across the end
+			*x += returned * Process(send * *x, feedback, delay);
+			++done;
+		}
 	}
-	mWritten = std::min(mSize, mWritten + count);
 }

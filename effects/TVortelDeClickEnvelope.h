@@ -22,11 +22,19 @@ public:
 
 	/// x runs from 0 to 1 over the whole table; beyond it the ends hold.
 	double Interpolated(double x) const {
-		const double position = std::clamp(x * mLastIndex, 0.0, static_cast<double>(mLastIndex));
+		const double last = mLastIndex;
+		return std::min(std::max(Between(std::min(std::max(x * last, 0.0), last)), 0.0), 1.0);
+	}
+
+	/// Linear between entries. Unchecked: the position, in entries, lies from 0 to the last index.
+	double Between(double position) const {
 		const int index = static_cast<int>(position);
 		const double rest = position - index;
-		return std::clamp(Value(index) * (1.0 - rest) + Value(index + 1) * rest, 0.0, 1.0);
+		const double* values = mValues.data() + index;
+		return values[0] * (1.0 - rest) + values[1] * rest;
 	}
+
+	int LastIndex() const { return mLastIndex; }
 
 private:
 	std::vector<double> mValues;

@@ -161,7 +161,7 @@ public:
 	__m128d operator()(__m128d in) {
 		const __m128d n = VectorMath::Absolute(Rounded(in));
 		const __m128d isZero = _mm_cmplt_pd(n, _mm_set1_pd(0.5));
-		const __m128d unit = _mm_div_pd(_mm_max_pd(n, _mm_set1_pd(1.0)), _mm_set1_pd(kFullScale));
+		const __m128d unit = _mm_mul_pd(n, _mm_set1_pd(1.0 / kFullScale));
 		const __m128d power = VectorMath::Exp2(_mm_mul_pd(VectorMath::Log2(unit), _mm_set1_pd(mExponent)));
 		const __m128d v = AsFloat(_mm_andnot_pd(isZero, _mm_mul_pd(power, _mm_set1_pd(kFullScale))));
 		const __m128d y = AsFloat(_mm_add_pd(_mm_sub_pd(v, mState.mIn), _mm_mul_pd(mState.mOut, _mm_set1_pd(0.99))));

@@ -76,8 +76,9 @@ void TVortelStretcherDspDevice::OnStateLost() {
 	OnStart();
 }
 
-void TVortelStretcherDspDevice::TGrain::Advance() {
-	if (++mPosition > mLength - 1) {
+void TVortelStretcherDspDevice::TGrain::Advance(int samples) {
+	mPosition += samples;
+	if (mPosition > mLength - 1) {
 		mPreviousStart = mStart + mLength;
 		mPosition = 0;
 	}
@@ -89,11 +90,11 @@ void TVortelStretcherDspDevice::TGrainSet::Restart() {
 	mRight.Restart();
 }
 
-void TVortelStretcherDspDevice::TGrainSet::Advance(float speed, int limit) {
-	if (mReadPosition < limit)
-		mReadPosition += speed;
-	mLeft.Advance();
-	mRight.Advance();
+void TVortelStretcherDspDevice::TGrainSet::Advance(float speed, int limit, int samples) {
+	for (int i = 0; i < samples && mReadPosition < limit; ++i)
+		mReadPosition += speed; // sample by sample: the sum decides where grains start
+	mLeft.Advance(samples);
+	mRight.Advance(samples);
 }
 
 TVortelStretcherDspDevice::TSizeRange TVortelStretcherDspDevice::SizeRange(double envelope) const {
@@ -145,29 +146,75 @@ float TVortelStretcherDspDevice::ReadGrain(const TGrain& grain, const float* sam
 	return static_cast<float>(before * (1.0 - share) + now * share);
 }
 
-void TVortelStretcherDspDevice::ProcessEffect(float* left, float* right, int count) {
-	for (int i = 0; i < count; ++i) {
-		const float inLeft = left[i];
-		const float inRight = right[i];
-		const double envelope = mFollower.Process((std::abs(inLeft) + std::abs(inRight)) / 2.0f / kFullScale);
-		mRecording.Record(inLeft, inRight);
-		UpdateGrains(mGrains, envelope);
-		left[i] = ReadGrain(mGrains.mLeft, mRecording.LoopLeft(), mRecording.Capacity());
-		right[i] = ReadGrain(mGrains.mRight, mRecording.LoopRight(), mRecording.Capacity());
-		if (mRecording.IsSwitching()) {
-			const double share = mRecording.RecordNext(inLeft, inRight);
-			UpdateGrains(mNextGrains, envelope);
-			const int size = mRecording.SwitchLength();
-			const float nextLeft = ReadGrain(mNextGrains.mLeft, mRecording.NextLeft(), size);
-			const float nextRight = ReadGrain(mNextGrains.mRight, mRecording.NextRight(), size);
-			left[i] = static_cast<float>(nextLeft * share + left[i] * (1.0 - share));
-			right[i] = static_cast<float>(nextRight * share + right[i] * (1.0 - share));
-			if (!mRecording.IsSwitching()) {
-				mRecording.TakeOver();
-				mGrains = mNextGrains;
-			}
-			mNextGrains.Advance(mSpeed, mReadLimit);
-		}
-		mGrains.Advance(mSpeed, mReadLimit);
+/// A stretch within which the fade is either on or over.
+void TVortelStretcherDspDevice::ReadGrain(
+    const TGrain& grain, const float* samples, int size, float* target, int count) const {
+	const int start = grain.mStart + grain.mPosition;
+	const int before = grain.mPreviousStart + grain.mPosition;
+	if (std::max(start, before) + count > size) {
+		TGrain single = grain;
+		for (int i = 0; i < count; ++i, ++single.mPosition)
+			target[i] = ReadGrain(single, samples, size);
+		return;
 	}
+	if (grain.mPosition >= grain.mFadeLength) {
+		std::copy_n(samples + start, count, target);
+		return;
+	}
+	for (int i = 0; i < count; ++i) {
+		const double share = mGrainFade.Interpolated((grain.mPosition + i) * grain.mFadeScale);
+		target[i] = static_cast<float>(samples[before + i] * (1.0 - share) + samples[start + i] * share);
+	}
+}
+
+/// The level after the last of the samples.
+double TVortelStretcherDspDevice::Follow(const float* left, const float* right, int count) {
+	double envelope = 0.0;
+	for (int i = 0; i < count; ++i)
+		envelope = mFollower.Process((std::abs(left[i]) + std::abs(right[i])) / 2.0f / kFullScale);
+	return envelope;
+}
+
+void TVortelStretcherDspDevice::ProcessEffect(float* left, float* right, int count) {
+	for (int i = 0; i < count;) {
+		if (mRecording.IsSwitching()) {
+			ProcessSwitchingSample(left[i], right[i]);
+			++i;
+		} else {
+			i += ProcessRun(left + i, right + i, count - i);
+		}
+	}
+}
+
+/// Up to where a grain or its fade ends. Grains never read what is not recorded yet, so all of it is recorded first.
+int TVortelStretcherDspDevice::ProcessRun(float* left, float* right, int count) {
+	UpdateGrains(mGrains, Follow(left, right, 1));
+	const int run = std::max(1, std::min({count, mGrains.mLeft.Remaining(), mGrains.mRight.Remaining()}));
+	Follow(left + 1, right + 1, run - 1);
+	mRecording.Record(left, right, run);
+	ReadGrain(mGrains.mLeft, mRecording.LoopLeft(), mRecording.Capacity(), left, run);
+	ReadGrain(mGrains.mRight, mRecording.LoopRight(), mRecording.Capacity(), right, run);
+	mGrains.Advance(mSpeed, mReadLimit, run);
+	return run;
+}
+
+void TVortelStretcherDspDevice::ProcessSwitchingSample(float& left, float& right) {
+	const double envelope = Follow(&left, &right, 1);
+	mRecording.Record(left, right);
+	UpdateGrains(mGrains, envelope);
+	const float oldLeft = ReadGrain(mGrains.mLeft, mRecording.LoopLeft(), mRecording.Capacity());
+	const float oldRight = ReadGrain(mGrains.mRight, mRecording.LoopRight(), mRecording.Capacity());
+	const double share = mRecording.RecordNext(left, right);
+	UpdateGrains(mNextGrains, envelope);
+	const int size = mRecording.SwitchLength();
+	const float newLeft = ReadGrain(mNextGrains.mLeft, mRecording.NextLeft(), size);
+	const float newRight = ReadGrain(mNextGrains.mRight, mRecording.NextRight(), size);
+	left = static_cast<float>(newLeft * share + oldLeft * (1.0 - share));
+	right = static_cast<float>(newRight * share + oldRight * (1.0 - share));
+	if (!mRecording.IsSwitching()) {
+		mRecording.TakeOver();
+		mGrains = mNextGrains;
+	}
+	mNextGrains.Advance(mSpeed, mReadLimit, 1);
+	mGrains.Advance(mSpeed, mReadLimit, 1);
 }

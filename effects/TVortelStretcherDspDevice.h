@@ -36,7 +36,11 @@ private:
 		/// Everything but the lengths.
 		void Restart() { mPreviousStart = mStart = mPosition = 0; }
 
-		void Advance();
+		/// Up to the end of the grain.
+		void Advance(int samples);
+
+		/// Samples to the end of the grain, or to that of its fade.
+		int Remaining() const { return (mPosition < mFadeLength ? mFadeLength : mLength) - mPosition; }
 	};
 
 	struct TGrainSet {
@@ -44,7 +48,7 @@ private:
 		TGrain mLeft, mRight;
 
 		void Restart();
-		void Advance(float speed, int limit);
+		void Advance(float speed, int limit, int samples);
 	};
 
 	/// Bounds in milliseconds between which the length of the next grains is drawn.
@@ -57,6 +61,10 @@ private:
 	void UpdateGrains(TGrainSet& set, double envelope) const;
 	void BeginGrain(TGrain& grain, double readPosition, int length) const;
 	float ReadGrain(const TGrain& grain, const float* samples, int size) const;
+	void ReadGrain(const TGrain& grain, const float* samples, int size, float* target, int count) const;
+	double Follow(const float* left, const float* right, int count);
+	void ProcessSwitchingSample(float& left, float& right);
+	int ProcessRun(float* left, float* right, int count);
 	void SetFollower();
 
 	TVortelConvertedParameter mGrainSizeParameter;

@@ -21,6 +21,25 @@ inline double Wrapped(double position, double length) {
 	return position < length ? position : std::fmod(position, length);
 }
 
+/// Between one and two samples behind a position, on a spline through four.
+class TPlace {
+public:
+	explicit TPlace(double position)
+	    : mIndex(static_cast<int>(position)),
+	      mFraction(static_cast<int>((position - mIndex) * (TVACubicTables::kSize - 1))) {}
+
+	float Read(const float* samples) const {
+		if (mIndex >= 3)
+			return TVACubicTables::Interpolate(
+			    mFraction, samples[mIndex - 3], samples[mIndex - 2], samples[mIndex - 1], samples[mIndex]);
+		const auto at = [&](int index) { return samples[std::max(0, index)]; };
+		return TVACubicTables::Interpolate(mFraction, at(mIndex - 3), at(mIndex - 2), at(mIndex - 1), at(mIndex));
+	}
+
+private:
+	int mIndex, mFraction;
+};
+
 } // namespace
 
 TVortelTapeStopDspDevice::TVortelTapeStopDspDevice(TVortelTapeStopDevice* device, THost* host, int32_t index)
@@ -77,46 +96,51 @@ void TVortelTapeStopDspDevice::OnRetrigger() {
 }
 
 TVortelTapeStopDspDevice::TMotion TVortelTapeStopDspDevice::MotionOf(const TVoice& voice) const {
+	const double last = mCurve.LastIndex();
 	const double t = voice.mCounter * (voice.mRising ? mStartStep : mStopStep);
-	const double curve = mCurve.Interpolated(t); // clamps t to 0, 1
+	const double curve = mCurve.Between(t < 1.0 ? t * last : last);
 	const double speed = voice.mRising ? curve : 1.0 - curve;
 	return {speed, speed < kFadeSpeed ? mCurve.Interpolated(speed * 100.0) : 1.0};
 }
 
-void TVortelTapeStopDspDevice::StepDirection(TVoice& voice) const {
+bool TVortelTapeStopDspDevice::StepDirection(TVoice& voice) const {
 	const int length = voice.mRising ? mStartLength : mStopLength;
 	if (voice.mCounter < length) {
 		++voice.mCounter;
-	} else if (mPlayMode == kStopStart || mPlayMode == kStartStop) {
-		voice.mCounter = 0;
-		voice.mRising = !voice.mRising;
+		return true;
 	}
-}
-
-/// A spline between one and two samples behind the position.
-float TVortelTapeStopDspDevice::ReadAt(const float* samples, double position) {
-	const int i = static_cast<int>(position);
-	const int j = static_cast<int>((position - i) * (TVACubicTables::kSize - 1));
-	return TVACubicTables::Interpolate(
-	    j, samples[std::max(0, i - 3)], samples[std::max(0, i - 2)], samples[std::max(0, i - 1)], samples[i]);
+	if (mPlayMode != kStopStart && mPlayMode != kStartStop)
+		return false;
+	voice.mCounter = 0;
+	voice.mRising = !voice.mRising;
+	return true;
 }
 
 void TVortelTapeStopDspDevice::ProcessEffect(float* left, float* right, int count) {
+	int i = 0;
+	for (; i < count && mRecording.IsSwitching(); ++i)
+		ProcessSwitchingSample(left[i], right[i]);
+	if (i == count)
+		return;
+	// Reading never passes the recording, so all of it can be recorded first.
+	mRecording.Record(left + i, right + i, count - i);
 	const double wrap = mRecording.Capacity() - 1;
-	for (int i = 0; i < count; ++i) {
-		if (mRecording.IsSwitching()) {
-			ProcessSwitchingSample(left[i], right[i]);
-			continue;
-		}
-		mRecording.Record(left[i], right[i]);
-		if (mVoice.mCounter == 0)
+	const float* loopLeft = mRecording.LoopLeft();
+	const float* loopRight = mRecording.LoopRight();
+	TVoice voice = mVoice;
+	TMotion motion{};
+	for (bool moves = true; i < count; ++i) {
+		if (voice.mCounter == 0)
 			ComputeLengths();
-		const TMotion motion = MotionOf(mVoice);
-		left[i] = static_cast<float>(ReadAt(mRecording.LoopLeft(), mVoice.mPosition) * motion.mGain);
-		right[i] = static_cast<float>(ReadAt(mRecording.LoopRight(), mVoice.mPosition) * motion.mGain);
-		mVoice.mPosition = Wrapped(mVoice.mPosition + motion.mSpeed, wrap);
-		StepDirection(mVoice);
+		if (moves)
+			motion = MotionOf(voice);
+		const TPlace place(voice.mPosition);
+		left[i] = static_cast<float>(place.Read(loopLeft) * motion.mGain);
+		right[i] = static_cast<float>(place.Read(loopRight) * motion.mGain);
+		voice.mPosition = Wrapped(voice.mPosition + motion.mSpeed, wrap);
+		moves = StepDirection(voice);
 	}
+	mVoice = voice;
 }
 
 void TVortelTapeStopDspDevice::ProcessSwitchingSample(float& left, float& right) {
@@ -127,8 +151,8 @@ void TVortelTapeStopDspDevice::ProcessSwitchingSample(float& left, float& right)
 	const double share = mRecording.RecordNext(left, right);
 	const TMotion next = MotionOf(mNextVoice);
 	const auto crossfade = [&](const float* loop, const float* recorded) {
-		const double a = ReadAt(loop, mVoice.mPosition) * motion.mGain;
-		const double b = ReadAt(recorded, mNextVoice.mPosition) * next.mGain;
+		const double a = TPlace(mVoice.mPosition).Read(loop) * motion.mGain;
+		const double b = TPlace(mNextVoice.mPosition).Read(recorded) * next.mGain;
 		return static_cast<float>(a * (1.0 - share) + b * share);
 	};
 	left = crossfade(mRecording.LoopLeft(), mRecording.NextLeft());

@@ -40,8 +40,8 @@ private:
 
 	void ComputeLengths();
 	TMotion MotionOf(const TVoice& voice) const;
-	void StepDirection(TVoice& voice) const;
-	static float ReadAt(const float* samples, double position);
+	/// False: the ramp has come to rest.
+	bool StepDirection(TVoice& voice) const;
 	void ProcessSwitchingSample(float& left, float& right);
 
 	TVortelConvertedParameter mSlowDownParameter;

@@ -25,13 +25,13 @@ TEST(VectorMathTest, SineStaysWithinABillionth) {
 TEST(VectorMathTest, LogarithmAndPowerOverTheWholeRangeOfSamples) {
 	for (double x = 1e-30; x < 1e38; x *= 1.0173) {
 		const auto log = Lanes(VectorMath::Log2(_mm_set_pd(x * 1.3, x)));
-		ASSERT_NEAR(log[0], std::log2(x), 1e-9) << x;
-		ASSERT_NEAR(log[1], std::log2(x * 1.3), 1e-9) << x;
+		ASSERT_NEAR(log[0], std::log2(x), 2e-9) << x;
+		ASSERT_NEAR(log[1], std::log2(x * 1.3), 2e-9) << x;
 	}
 	for (double x = -900.0; x < 900.0; x += 0.0931) {
 		const auto power = Lanes(VectorMath::Exp2(_mm_set_pd(-x, x)));
-		ASSERT_NEAR(power[0] / std::exp2(x), 1.0, 1e-9) << x;
-		ASSERT_NEAR(power[1] / std::exp2(-x), 1.0, 1e-9) << x;
+		ASSERT_NEAR(power[0] / std::exp2(x), 1.0, 1e-8) << x;
+		ASSERT_NEAR(power[1] / std::exp2(-x), 1.0, 1e-8) << x;
 	}
 	EXPECT_EQ(Lanes(VectorMath::Exp2(_mm_set1_pd(3.0)))[0], 8.0);
 	EXPECT_EQ(Lanes(VectorMath::Log2(_mm_set1_pd(1.0)))[0], 0.0);
