@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <emmintrin.h>
-#include <initializer_list>
 
 /// Base of values that glide. Stateless.
 class TRampableBase {
@@ -43,11 +40,11 @@ public:
 	/// A target too near for a step is reached at once.
 	void SetTarget(float target) {
 		mTarget = target;
-		if (mCurrent != target && !IsRamping())
+		if (!IsRamping())
 			mCurrent = target;
 	}
 
-	bool IsRamping() const { return Next() != mCurrent; }
+	bool IsRamping() const { return mCurrent != mTarget && Next() != mCurrent; }
 
 	void Step() override { mCurrent = Next(); }
 
@@ -68,13 +65,23 @@ private:
 	float mScale = 1.0f;
 };
 
-/// Up to four ramps that move together, in the lanes of one vector. While the group exists it stands for the ramps;
+/// Up to three ramps that move together, in the lanes of one vector. While the group exists it stands for the ramps;
 /// they learn of its steps at its end. Their coefficients must be powers of two, which makes the steps the same as
-/// those of Step, bit for bit.
+/// those of Step, bit for bit. All inline, so that a loop keeps the group in registers.
 class TRampGroup {
 public:
-	explicit TRampGroup(std::initializer_list<TRampable<float>*> ramps);
-	~TRampGroup();
+	TRampGroup(TRampable<float>& first, TRampable<float>& second) : TRampGroup(&first, &second, nullptr) {}
+
+	TRampGroup(TRampable<float>& first, TRampable<float>& second, TRampable<float>& third)
+	    : TRampGroup(&first, &second, &third) {}
+
+	~TRampGroup() {
+		mpFirst->mCurrent = _mm_cvtss_f32(mCurrent);
+		mpSecond->mCurrent = _mm_cvtss_f32(_mm_shuffle_ps(mCurrent, mCurrent, 1));
+		if (mpThird)
+			mpThird->mCurrent = _mm_cvtss_f32(_mm_movehl_ps(mCurrent, mCurrent));
+	}
+
 	TRampGroup(const TRampGroup&) = delete;
 	TRampGroup& operator=(const TRampGroup&) = delete;
 
@@ -85,10 +92,22 @@ public:
 	}
 
 private:
-	static constexpr std::size_t kLanes = 4;
+	using TRamp = TRampable<float>;
+
+	TRampGroup(TRamp* first, TRamp* second, TRamp* third)
+	    : mTarget(_mm_set_ps(0.0f, third ? third->mTarget : 0.0f, second->mTarget, first->mTarget)),
+	      mCurrent(_mm_set_ps(0.0f, third ? third->mCurrent : 0.0f, second->mCurrent, first->mCurrent)),
+	      mShare(_mm_set_ps(0.0f, third ? Share(*third) : 0.0f, Share(*second), Share(*first))),
+	      mpFirst(first),
+	      mpSecond(second),
+	      mpThird(third) {}
+
+	static float Share(const TRamp& ramp) { return ramp.mCoefficient * ramp.mScale; }
 
 	__m128 mTarget;
 	__m128 mCurrent;
 	__m128 mShare;
-	std::array<TRampable<float>*, kLanes> mRamps{};
+	TRamp* mpFirst;
+	TRamp* mpSecond;
+	TRamp* mpThird;
 };

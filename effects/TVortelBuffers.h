@@ -23,16 +23,21 @@ inline void StoreFrame(float* left, float* right, __m128d frame) {
 	_mm_store_ss(right, _mm_shuffle_ps(samples, samples, 1));
 }
 
-/// Whether every sample is a number and no farther from 0 than the limit.
-inline bool AreWithin(const float* samples, int count, float limit) {
+/// Whether the two channels are numbers, and together no farther from 0 than the limit, at every sample.
+inline bool AreWithin(const float* left, const float* right, int count, float limit) {
 	const __m128 most = _mm_set1_ps(limit);
 	const __m128 sign = _mm_set1_ps(-0.0f);
+	const auto isBeyond = [&](__m128 l, __m128 r) {
+		return _mm_cmpnle_ps(_mm_add_ps(_mm_andnot_ps(sign, l), _mm_andnot_ps(sign, r)), most);
+	};
 	__m128 found = _mm_setzero_ps();
 	int i = 0;
-	for (; i <= count - 4; i += 4)
-		found = _mm_or_ps(found, _mm_cmpnle_ps(_mm_andnot_ps(sign, _mm_loadu_ps(samples + i)), most));
+	for (; i <= count - 8; i += 8) {
+		found = _mm_or_ps(found, isBeyond(_mm_loadu_ps(left + i), _mm_loadu_ps(right + i)));
+		found = _mm_or_ps(found, isBeyond(_mm_loadu_ps(left + i + 4), _mm_loadu_ps(right + i + 4)));
+	}
 	for (; i < count; ++i)
-		found = _mm_or_ps(found, _mm_cmpnle_ss(_mm_andnot_ps(sign, _mm_load_ss(samples + i)), most));
+		found = _mm_or_ps(found, isBeyond(_mm_load_ss(left + i), _mm_load_ss(right + i)));
 	return _mm_movemask_ps(found) == 0;
 }
 

@@ -5,8 +5,8 @@
 #include "document/TVortelScene.h"
 #include "framework/foundation/TPtr.h"
 
+#include <bit>
 #include <cstdint>
-#include <limits>
 
 /// A parameter's real value as a DSP device reads it from a scene. Remembers the last conversion, so that reading a
 /// value that has not moved costs no pow. Audio thread.
@@ -23,8 +23,9 @@ public:
 
 	float Real(float normalized) {
 		const bool stepped = mpConverter->IsStepped();
-		if (normalized != mNormalized || stepped != mStepped) {
-			mNormalized = normalized;
+		const auto bits = std::bit_cast<uint32_t>(normalized);
+		if (bits != mNormalizedBits || stepped != mStepped) {
+			mNormalizedBits = bits;
 			mStepped = stepped;
 			mReal = mpConverter->RealFromNormalized(normalized);
 		}
@@ -34,7 +35,7 @@ public:
 private:
 	int32_t mId;
 	TPtr<TVortelValueConverter> mpConverter;
-	float mNormalized = std::numeric_limits<float>::quiet_NaN(); // equals nothing, so the first read converts
+	uint32_t mNormalizedBits = ~0u; // no parameter has this value, so the first read converts
 	bool mStepped = false;
 	float mReal = 0.0f;
 };

@@ -15,6 +15,8 @@ constexpr float kRampCoefficient = 1.0f / 64.0f;
 constexpr float kCenterGain = 0.70710677f; // what constant power gives in the middle; the law is scaled to 1 there
 constexpr float kSaneInput = 1e12f;        // 150 dB above full scale
 
+constexpr float kDoubledGain = 2.0f / kCenterGain; // volume 0.5 is unity
+
 TRampable<float> MakeRamp(float value) {
 	return {value, kRampCoefficient};
 }
@@ -44,8 +46,9 @@ void MixRow(__m128 row, float dryLeft, float dryRight, float& left, float& right
 	alignas(16) std::array<float, 4> values;
 	_mm_store_ps(values.data(), row);
 	const auto [mix, pan, volume, unused] = values;
-	left = (dryLeft * (1.0f - mix) + left * mix) * LeftGain(pan) * (2.0f * volume);
-	right = (dryRight * (1.0f - mix) + right * mix) * RightGain(pan) * (2.0f * volume);
+	const float scale = volume * kDoubledGain;
+	left = (dryLeft * (1.0f - mix) + left * mix) * std::sqrt(1.0f - pan) * scale;
+	right = (dryRight * (1.0f - mix) + right * mix) * std::sqrt(pan) * scale;
 }
 
 /// Four samples of MixRow, with the same results.
@@ -56,13 +59,11 @@ void MixFourRows(TRampGroup& ramps, const float* dryLeft, const float* dryRight,
 	__m128 unused = ramps.Step();
 	_MM_TRANSPOSE4_PS(mix, pan, volume, unused);
 	const __m128 one = _mm_set1_ps(1.0f);
-	const __m128 center = _mm_set1_ps(kCenterGain);
 	const __m128 dryGain = _mm_sub_ps(one, mix);
-	const __m128 doubleVolume = _mm_add_ps(volume, volume);
+	const __m128 scale = _mm_mul_ps(volume, _mm_set1_ps(kDoubledGain));
 	const auto channel = [&](float* wet, const float* dry, __m128 power) {
-		const __m128 gain = _mm_div_ps(_mm_sqrt_ps(power), center);
 		const __m128 sum = _mm_add_ps(_mm_mul_ps(_mm_loadu_ps(dry), dryGain), _mm_mul_ps(_mm_loadu_ps(wet), mix));
-		_mm_storeu_ps(wet, _mm_mul_ps(_mm_mul_ps(sum, gain), doubleVolume));
+		_mm_storeu_ps(wet, _mm_mul_ps(_mm_mul_ps(sum, _mm_sqrt_ps(power)), scale));
 	};
 	channel(left, dryLeft, _mm_sub_ps(one, pan));
 	channel(right, dryRight, pan);
@@ -192,7 +193,7 @@ void TVortelDspDevice::Process(float* left, float* right, int count) {
 /// Samples that are no numbers, or far beyond any scale, would stay for good in recordings, delay lines and followers.
 /// The former become 0; after either, the first sane slice finds a fresh state. Other samples are never touched.
 void TVortelDspDevice::GuardState(float* left, float* right, int count) {
-	if (VortelBuffers::AreWithin(left, count, kSaneInput) && VortelBuffers::AreWithin(right, count, kSaneInput)) {
+	if (VortelBuffers::AreWithin(left, right, count, kSaneInput)) {
 		if (mStateIsSuspect) {
 			mStateIsSuspect = false;
 			mFilter.ClearState();
@@ -217,7 +218,7 @@ void TVortelDspDevice::ProcessFilter(float* left, float* right, int count) {
 }
 
 void TVortelDspDevice::ProcessRampedFilter(float* left, float* right, int count) {
-	TRampGroup ramps({&mFilterFrequencyRamp, &mFilterQRamp});
+	TRampGroup ramps(mFilterFrequencyRamp, mFilterQRamp);
 	mFilter.ProcessRamped(mFilterType - 1, mSampleRate, ramps, left, right, count);
 }
 
@@ -229,12 +230,14 @@ void TVortelDspDevice::ProcessMix(float* left, float* right, int count) {
 	const float mix = mMixRamp.Target();
 	const float pan = mPanRamp.Target();
 	const float volume = 2.0f * mVolumeRamp.Target();
+	if (mix == 1.0f && pan == 0.5f && volume == 1.0f)
+		return;
 	MixSteady(left, mDryLeft.Data(), count, mix, LeftGain(pan), volume);
 	MixSteady(right, mDryRight.Data(), count, mix, RightGain(pan), volume);
 }
 
 void TVortelDspDevice::ProcessRampedMix(float* left, float* right, int count) {
-	TRampGroup ramps({&mMixRamp, &mPanRamp, &mVolumeRamp});
+	TRampGroup ramps(mMixRamp, mPanRamp, mVolumeRamp);
 	const float* dryLeft = mDryLeft.Data();
 	const float* dryRight = mDryRight.Data();
 	int i = 0;

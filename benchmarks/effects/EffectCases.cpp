@@ -1,70 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "benchmarks/ReferenceLoop.h"
-#include "benchmarks/TBenchmarkCase.h"
+#include "benchmarks/TSoundCase.h"
 #include "document/TVortelDocument.h"
 #include "effects/CreateVortelDspDevices.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 #include <vector>
 
 namespace {
 
-constexpr int kMaximumBlock = TBenchmarkCase::kMaximumBlock;
-
-/// A second of noise that is played over and over, or that dies away within the first tenth of it.
-class TSource {
-public:
-	explicit TSource(bool tail) : mLeft(kLength), mRight(kLength) {
-		uint32_t state = 1;
-		float level = 20000.0f;
-		for (std::size_t i = 0; i < kLength; ++i) {
-			state = state * 1664525u + 1013904223u;
-			mLeft[i] = level * (static_cast<float>(state >> 8) / 8388608.0f - 1.0f);
-			mRight[i] = level * (static_cast<float>(state & 0xFFFFFF) / 8388608.0f - 1.0f);
-			if (tail)
-				level *= i < kLength / 10 ? 0.995f : 0.0f;
-		}
-	}
-
-	void Fill(float* left, float* right, int count) {
-		if (mPosition + static_cast<std::size_t>(count) > kLength)
-			mPosition = 0;
-		std::memcpy(left, &mLeft[mPosition], static_cast<std::size_t>(count) * sizeof(float));
-		std::memcpy(right, &mRight[mPosition], static_cast<std::size_t>(count) * sizeof(float));
-		mPosition += static_cast<std::size_t>(count);
-	}
-
-private:
-	static constexpr std::size_t kLength = TBenchmarkCase::kSampleRate;
-
-	std::vector<float> mLeft, mRight;
-	std::size_t mPosition = 0;
-};
-
-struct TBlock {
-	alignas(16) std::array<float, kMaximumBlock> mLeft;
-	alignas(16) std::array<float, kMaximumBlock> mRight;
-};
-
-/// What every other case pays for its input too: the floor.
-class TCopyCase : public TBenchmarkCase {
-public:
-	explicit TCopyCase(bool tail = false) : mSource(tail) {}
-
-	void ProcessBlock(int frames) override { mSource.Fill(mBlock.mLeft.data(), mBlock.mRight.data(), frames); }
-
-protected:
-	TSource mSource;
-	TBlock mBlock;
-};
-
-class TReferenceCase final : public TCopyCase {
+class TReferenceCase final : public TSoundCase {
 public:
 	void ProcessBlock(int frames) override {
-		TCopyCase::ProcessBlock(frames);
-		mLoop.Process(mBlock.mLeft.data(), mBlock.mRight.data(), frames);
+		TSoundCase::ProcessBlock(frames);
+		mLoop.Process(mLeft.data(), mRight.data(), frames);
 	}
 
 private:
@@ -80,10 +29,10 @@ struct TEffectOptions {
 	std::vector<std::pair<int32_t, float>> mParameters{};
 };
 
-class TEffectCase final : public TCopyCase {
+class TEffectCase final : public TSoundCase {
 public:
 	explicit TEffectCase(const TEffectOptions& options)
-	    : TCopyCase(options.mTail),
+	    : TSoundCase(options.mTail),
 	      mOptions(options),
 	      mpDocument(MakePtr<TVortelDocument>(TVortelDocument::TOptions{.mLoadDefaultBank = false})),
 	      mFirstId(mpDocument->Device(options.mDevice)->FirstParameterId()) {
@@ -92,23 +41,21 @@ public:
 		if (options.mFilter)
 			Scene().SetParameterValue(mFirstId + TVortelParameterTable::kFilterType, 0.25f);
 		mpDevice = CreateVortelDspDevice(*mpDocument, nullptr, options.mDevice);
-		mpDevice->SetBlockSize(kMaximumBlock);
+		mpDevice->SetBlockSize(TBenchmarkCase::kMaximumBlock);
 		mpDevice->SetProgram(mpDocument->ActiveProgram());
 		mpDevice->SetScene(mpDocument->ActiveScene());
 		mpDevice->Start();
 	}
 
 	void ProcessBlock(int frames) override {
-		TCopyCase::ProcessBlock(frames);
+		TSoundCase::ProcessBlock(frames);
 		if (mOptions.mRamping)
 			MoveRamps();
 		const int slice = mOptions.mSlice > 0 ? mOptions.mSlice : frames;
 		for (int at = 0; at < frames; at += slice) {
 			const int count = std::min(slice, frames - at);
-			mpDevice->CaptureDry(
-			    &mBlock.mLeft[static_cast<std::size_t>(at)], &mBlock.mRight[static_cast<std::size_t>(at)], count);
-			mpDevice->Process(
-			    &mBlock.mLeft[static_cast<std::size_t>(at)], &mBlock.mRight[static_cast<std::size_t>(at)], count);
+			mpDevice->CaptureDry(&mLeft[static_cast<std::size_t>(at)], &mRight[static_cast<std::size_t>(at)], count);
+			mpDevice->Process(&mLeft[static_cast<std::size_t>(at)], &mRight[static_cast<std::size_t>(at)], count);
 		}
 	}
 
@@ -147,7 +94,7 @@ struct TEffectRegistration {
 	}
 };
 
-const TBenchmarkCase::TRegistration kFloor("floor", [] { return std::make_unique<TCopyCase>(); });
+const TBenchmarkCase::TRegistration kFloor("floor", [] { return std::make_unique<TSoundCase>(); });
 const TBenchmarkCase::TRegistration kReference("reference", [] { return std::make_unique<TReferenceCase>(); });
 const TBenchmarkCase::TRegistration kMaster("Master", [] {
 	return std::make_unique<TEffectCase>(TEffectOptions{.mDevice = 0});

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "effects/TRampable.h"
 
+#include <array>
 #include <cmath>
 #include <gtest/gtest.h>
 
@@ -62,7 +63,7 @@ TEST(TRampGroupTest, GivesTheValuesOfSeparateSteps) {
 	TRampable<float> apart[] = {together[0], together[1], together[2]};
 
 	{
-		TRampGroup group({&together[0], &together[1], &together[2]});
+		TRampGroup group(together[0], together[1], together[2]);
 		for (int step = 0; step < 501; ++step) {
 			std::array<float, 4> values;
 			_mm_storeu_ps(values.data(), group.Step());

@@ -106,7 +106,7 @@ TEST(TVALadderFilterTest, RampedBlockIsCoefficientsBeforeEverySample) {
 			        right = TestSignals::Noise(count + 50, 30000.0f, 6);
 			TSignal steppedLeft = left, steppedRight = right;
 			{
-				TRampGroup ramps({&frequency, &q});
+				TRampGroup ramps(frequency, q);
 				ramped.ProcessRamped(mode, 44100.0, ramps, left.data(), right.data(), count);
 			}
 			ramped.ProcessBlock(&left[rest], &right[rest], 50);
