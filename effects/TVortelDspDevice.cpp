@@ -13,9 +13,8 @@ namespace {
 
 constexpr float kRampCoefficient = 1.0f / 64.0f;
 constexpr float kCenterGain = 0.70710677f; // what constant power gives in the middle; the law is scaled to 1 there
-constexpr float kSaneInput = 1e12f;        // 150 dB above full scale
-
-constexpr float kDoubledGain = 2.0f / kCenterGain; // volume 0.5 is unity
+constexpr float kDoubledGain = 2.0f / kCenterGain; // of the volume, which is unity at 0.5
+constexpr float kSaneInput = 1e12f;                // 150 dB above full scale
 
 TRampable<float> MakeRamp(float value) {
 	return {value, kRampCoefficient};
