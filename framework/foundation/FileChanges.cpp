@@ -54,12 +54,18 @@ void FileChanges::RemoveListener(const TListener& listener) {
 }
 
 void FileChanges::IgnoreFolder(const TDirectory& folder) {
-	Registry().mIgnoredFolders.Append(folder.Path());
+	if (!folder.IsEmpty())
+		Registry().mIgnoredFolders.Append(folder.Path());
+}
+
+void FileChanges::MakeRegistry() {
+	Registry();
 }
 
 void ReportFileChange(const TString& path) {
+	const TDirectory place(path);
 	for (const TString& folder : Registry().mIgnoredFolders) {
-		if (path.StartsWith(folder))
+		if (place.Path().StartsWith(folder))
 			return;
 	}
 	const TList<FileChanges::TListener> listeners = Registry().mListeners; // a listener may remove itself

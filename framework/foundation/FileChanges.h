@@ -20,6 +20,8 @@ void AddListener(const TListener& listener);
 void RemoveListener(const TListener& listener);
 /// Changes in and below this folder are not reported.
 void IgnoreFolder(const TDirectory& folder);
+/// For static objects that close files when the process ends: what is made before them is still there then.
+void MakeRegistry();
 
 } // namespace FileChanges
 

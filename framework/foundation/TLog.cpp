@@ -53,7 +53,7 @@ void RunUnlessLogging(TFunction&& function) {
 	sIsLogging = true;
 	try {
 		function();
-	} catch (const TReadableException&) { // no failure of logging is the caller's
+	} catch (...) { // no failure of logging is the caller's
 	}
 	sIsLogging = false;
 }
@@ -128,7 +128,7 @@ bool CutToItsEnd(TFile& file) {
 class TLog::TProcessLog {
 public:
 	/// The list of listeners is made first, so that it is still there when the file is closed at the process's end.
-	TProcessLog() { ReportFileChange(TString()); }
+	TProcessLog() { FileChanges::MakeRegistry(); }
 
 	TPtr<TLog> Existing() {
 		const TCriticalSection::TGuard guard(mLock);
@@ -148,13 +148,18 @@ public:
 		log.Swap(mpLog);
 	}
 
+	/// One lock after the other: whoever opens a log holds its lock and may ask for the existing one.
 	void SetDirectory(const TDirectory& directory) {
-		const TCriticalSection::TGuard guard(mLock);
-		mDirectory = directory;
-		if (!mpLog)
+		TPtr<TLog> log;
+		{
+			const TCriticalSection::TGuard guard(mLock);
+			mDirectory = directory;
+			log = mpLog;
+		}
+		if (!log)
 			return;
-		const std::lock_guard openGuard(mpLog->mOpenLock);
-		mpLog->mDirectory = directory;
+		const std::lock_guard guard(log->mOpenLock);
+		log->mDirectory = directory;
 	}
 
 	std::atomic<bool> mEchoToConsole{true};
