@@ -15,7 +15,7 @@ namespace {
 
 struct TBlockAllocatorTest : testing::Test {
 	TFailingHeap mHeap;
-	TPtr<TBlockAllocator> mpAllocator = MakePtr<TBlockAllocator>("test", 10, 4);
+	TPtr<TBlockAllocator> mpAllocator = MakePtr<TBlockAllocator>("test", std::size_t{10}, 4);
 
 	std::vector<void*> Take(int count) {
 		std::vector<void*> objects;

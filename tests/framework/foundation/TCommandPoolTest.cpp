@@ -25,7 +25,6 @@ class THugeCommand final : public TCommand {
 public:
 	void Execute() override {}
 
-private:
 	std::array<std::byte, 100000> mBytes;
 };
 

@@ -99,7 +99,8 @@ TEST(TListTest, CopiesAreIndependent) {
 	copy[0].Append("x");
 	copy.Append("c");
 	EXPECT_THAT(list, ElementsAre("a", "b"));
-	list = list;
+	const TList<TString>& same = list;
+	list = same;
 	list = std::move(copy);
 	EXPECT_THAT(list, ElementsAre("ax", "b", "c"));
 }
