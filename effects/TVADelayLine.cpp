@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstring>
 #include <emmintrin.h>
 
 void TVADelayLine::SetLength(int length) {
@@ -40,12 +41,20 @@ struct TWeights {
 	double mA, mB, mC, mD;
 };
 
-__m128d LoadTwo(const float* samples) {
-	return _mm_cvtps_pd(_mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(samples))));
+/// Two samples, from anywhere.
+__m128 LoadPair(const float* samples) {
+	double both;
+	std::memcpy(&both, samples, sizeof(both));
+	return _mm_castpd_ps(_mm_set_sd(both));
 }
 
-void StoreTwo(float* samples, __m128 values) {
-	_mm_store_sd(reinterpret_cast<double*>(samples), _mm_castps_pd(values));
+void StorePair(float* samples, __m128 values) {
+	const double both = _mm_cvtsd_f64(_mm_castps_pd(values));
+	std::memcpy(samples, &both, sizeof(both));
+}
+
+__m128d LoadTwo(const float* samples) {
+	return _mm_cvtps_pd(LoadPair(samples));
 }
 
 } // namespace
@@ -69,10 +78,10 @@ void TVADelayLine::ProcessSteady(float* samples, int count, float send, float fe
 				    _mm_add_pd(
 				        _mm_mul_pd(LoadTwo(from + i + 2), _mm_set1_pd(weights.mC)),
 				        _mm_mul_pd(LoadTwo(from + i + 3), _mm_set1_pd(weights.mD))));
-				const __m128 in = _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(x + i)));
+				const __m128 in = LoadPair(x + i);
 				const __m128d sent = _mm_cvtps_pd(_mm_mul_ps(in, _mm_set1_ps(send)));
-				StoreTwo(write + i, _mm_cvtpd_ps(_mm_add_pd(sent, _mm_mul_pd(y, _mm_set1_pd(feedback)))));
-				StoreTwo(x + i, _mm_add_ps(in, _mm_mul_ps(_mm_cvtpd_ps(y), _mm_set1_ps(returned))));
+				StorePair(write + i, _mm_cvtpd_ps(_mm_add_pd(sent, _mm_mul_pd(y, _mm_set1_pd(feedback)))));
+				StorePair(x + i, _mm_add_ps(in, _mm_mul_ps(_mm_cvtpd_ps(y), _mm_set1_ps(returned))));
 			}
 			for (; i < run; ++i) {
 				const double y = weights.mA * from[i] + weights.mB * from[i + 1] + weights.mC * from[i + 2] +
