@@ -115,7 +115,7 @@ private:
 
 	TRelaxed<float> mTempo = 120.0f; // beats per minute
 	double mSamplesPerBeat = 0.0;
-	double mSamplesPerStep = 0.0;
+	TRelaxed<double> mSamplesPerStep = 0.0;
 	int32_t mDivisions = 0; // what mSamplesPerStep was worked out with
 
 	bool mHostIsPlaying = false;
