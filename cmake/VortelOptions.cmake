@@ -2,6 +2,7 @@
 
 option(VORTEL_BUILD_TESTS "Build the test suite" ON)
 option(VORTEL_BUILD_BENCHMARKS "Build the benchmarks" ON)
+option(VORTEL_PRECOMPILE "Precompile the standard library's headers; off shows a file that forgot to include one" ON)
 set(VORTEL_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize takes them")
 
 set(CMAKE_CXX_STANDARD 20)
