@@ -27,18 +27,22 @@ function(vortel_library)
   endif()
 endfunction()
 
+# vortel_split_symbols(target): in a release, debug symbols go into a file of their own beside the program.
+function(vortel_split_symbols target)
+  if(CMAKE_BUILD_TYPE STREQUAL "Release" AND CMAKE_OBJCOPY)
+    add_custom_command(TARGET ${target} POST_BUILD
+      COMMAND ${CMAKE_OBJCOPY} --only-keep-debug $<TARGET_FILE:${target}> $<TARGET_FILE:${target}>.debug
+      COMMAND ${CMAKE_OBJCOPY} --strip-debug --add-gnu-debuglink=$<TARGET_FILE:${target}>.debug $<TARGET_FILE:${target}>
+      VERBATIM)
+  endif()
+endfunction()
+
 # vortel_program(NAME name SOURCES file... LINKS library...): a program in build/NAME/bin.
 function(vortel_program)
   cmake_parse_arguments(ARG "" "NAME" "SOURCES;LINKS" ${ARGN})
   add_executable(${ARG_NAME} ${ARG_SOURCES})
   target_link_libraries(${ARG_NAME} PRIVATE vortel-settings ${ARG_LINKS})
-  if(CMAKE_BUILD_TYPE STREQUAL "Release" AND CMAKE_OBJCOPY)
-    add_custom_command(TARGET ${ARG_NAME} POST_BUILD
-      COMMAND ${CMAKE_OBJCOPY} --only-keep-debug $<TARGET_FILE:${ARG_NAME}> $<TARGET_FILE:${ARG_NAME}>.debug
-      COMMAND ${CMAKE_OBJCOPY} --strip-debug --add-gnu-debuglink=$<TARGET_FILE:${ARG_NAME}>.debug
-              $<TARGET_FILE:${ARG_NAME}>
-      VERBATIM)
-  endif()
+  vortel_split_symbols(${ARG_NAME})
 endfunction()
 
 # vortel_test(NAME name SOURCES file... LINKS library...): a GoogleTest program, each case known to ctest.

@@ -6,7 +6,9 @@
 #include "framework/foundation/TLog.h"
 #include "framework/foundation/TReadableException.h"
 #include "framework/foundation/TThreadCommunicator.h"
+#include "plugin/Vst3Instances.h"
 #include "shell/program/TProgramPluginShell.h"
+#include "shell/vst3/TVst3PluginShell.h"
 
 #include <mutex>
 
@@ -43,6 +45,8 @@ TPtr<TAudioPluginShell> CreateAdapter(
 	if (hostKind == kProgramHost)
 		return MakePtr<TProgramPluginShell>(
 		    document.Get(), engine.Get(), nullptr, static_cast<TProgramPluginShell::THost*>(hostContext));
+	if (hostKind == kVst3Host)
+		return MakePtr<TVst3PluginShell>(document.Get(), engine.Get(), nullptr, &Vst3Instances::Release);
 	throw TReadableException(TString("There is no adapter for host format ") + TString::ToString(hostKind));
 }
 
@@ -69,6 +73,9 @@ TAudioPluginShell* CreatePluginShell(int32_t hostKind, void* hostContext) {
 		return shell.Get();
 	} catch (const TReadableException& failure) {
 		TLog::Instance()->Log(kLogCategory, "Creating the plugin GUI FAILED (%s)", failure.what());
+	} catch (...) {
+		EndInstance();
+		throw;
 	}
 	EndInstance();
 	return nullptr;

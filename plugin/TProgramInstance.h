@@ -6,8 +6,6 @@
 #include "framework/foundation/TOwnerPtr.h"
 #include "shell/program/TProgramPluginShell.h"
 
-#include <cstdint>
-
 /// The entry of our own host format: makes a plug-in instance with a storage of its own and ends it again. Instances
 /// may be made on any thread; the thread plays the main thread only inside the calls. No call of the instance may run
 /// while it ends.
@@ -28,8 +26,7 @@ public:
 	TVortelAudioEngine& Engine() const { return static_cast<TVortelAudioEngine&>(*mpShell->Engine()); }
 
 private:
-	TProgramInstance(int32_t storageId, TProgramPluginShell* shell) : mStorageId(storageId), mpShell(shell) {}
+	explicit TProgramInstance(TProgramPluginShell* shell) : mpShell(shell) {}
 
-	int32_t mStorageId;
 	TProgramPluginShell* mpShell;
 };

@@ -1,0 +1,355 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/vst3/TVst3PluginShell.h"
+
+#include "framework/document/TObservableBang.h"
+#include "framework/foundation/TLog.h"
+#include "framework/foundation/TThreadCommunicator.h"
+#include "shell/vst3/TVst3PluginParameter.h"
+#include "shell/vst3/Vst3HostCall.h"
+#include "shell/vst3/Vst3Text.h"
+
+#include <pluginterfaces/vst/ivsthostapplication.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <utility>
+
+using namespace Steinberg;
+using namespace Steinberg::Vst;
+
+namespace {
+
+constexpr const char* kLogCategory = "VST3 Shell";
+constexpr std::size_t kMidiCapacity = 256;
+constexpr int kTimerMilliseconds = 10;
+
+// Far above what any host asks for; what the effects keep for some seconds stays countable in an int32.
+constexpr double kHighestSampleRate = 1.0e7;
+constexpr int32 kLongestBlock = 1 << 20;
+
+struct TRange {
+	ParamID mId;
+	const char16_t* mTitle;
+	ParamValue mMinimum;
+	ParamValue mMaximum;
+	ParamValue mDefault;
+	int32 mSteps;
+	int32 mFlags;
+};
+
+constexpr TRange kMidiParameters[] = {
+    {kVst3Pitchbend, u"MIDI: Pitchbend", -1.0, 1.0, 0.0, 0, ParameterInfo::kCanAutomate},
+    {kVst3ChannelPressure, u"MIDI: Channel Pressure", 0.0, 1.0, 1.0, 0, ParameterInfo::kCanAutomate},
+    {kVst3ModulationWheel, u"MIDI: Modulation Wheel", 0.0, 1.0, 0.0, 0, ParameterInfo::kCanAutomate},
+    {kVst3Volume, u"MIDI: Volume", 0.0, 1.0, 1.0, 0, ParameterInfo::kCanAutomate},
+    {kVst3Sustain, u"MIDI: Sustain", 0.0, 1.0, 0.0, 1, ParameterInfo::kCanAutomate},
+};
+
+constexpr TRange kGuiIdleParameter{kVst3GuiIdle, u"Internal: GUI Idle", 0.0, 100.0, 0.0, 1, ParameterInfo::kIsReadOnly};
+
+Parameter* MakeRangeParameter(const TRange& range) {
+	return new RangeParameter(
+	    range.mTitle, range.mId, nullptr, range.mMinimum, range.mMaximum, range.mDefault, range.mSteps, range.mFlags);
+}
+
+/// The list of programs. Its plain value is the program's index; there is one step more than programs.
+class TPresetParameter final : public Parameter {
+public:
+	explicit TPresetParameter(int32 programs)
+	    : Parameter(
+	          u"Preset", kVst3Preset, nullptr, 0.0, programs,
+	          ParameterInfo::kIsProgramChange | ParameterInfo::kIsList) {}
+
+	ParamValue toPlain(ParamValue value) const override { return std::round(value * info.stepCount); }
+
+	ParamValue toNormalized(ParamValue plain) const override { return plain / info.stepCount; }
+};
+
+bool IsStereo(SpeakerArrangement arrangement) {
+	return std::popcount(arrangement) == 2;
+}
+
+int Channels(SpeakerArrangement arrangement) {
+	return std::popcount(arrangement);
+}
+
+} // namespace
+
+TVst3PluginShell::TVst3PluginShell(TDocument* document, TEngine* engine, TGui* gui, TReleaser releaser)
+    : TAudioPluginShell(document, engine, gui),
+      mReleaser(releaser),
+      mLatency(engine->LatencyInSamples()),
+      mpParameterMap(MakePtr<TPublishedParameters>(document, static_cast<TPublishedParameters::THost*>(this))) {
+	engine->SetInputChannels(engine->MaxInputChannels());
+	engine->SetOutputChannels(engine->MaxOutputChannels());
+	if (engine->WantsMidiInput())
+		mMidiInputEvents.reserve(kMidiCapacity);
+	if (engine->WantsMidiOutput())
+		mMidiOutputEvents.reserve(kMidiCapacity);
+}
+
+tresult PLUGIN_API TVst3PluginShell::queryInterface(const TUID interfaceId, void** object) {
+	if (!object)
+		return kInvalidArgument;
+	if (Offer<IMidiMapping>(this, IMidiMapping_iid, interfaceId, object))
+		return kResultOk;
+	return SingleComponentEffect::queryInterface(interfaceId, object);
+}
+
+uint32 PLUGIN_API TVst3PluginShell::addRef() {
+	return static_cast<uint32>(mReferenceCount.fetch_add(1) + 1);
+}
+
+uint32 PLUGIN_API TVst3PluginShell::release() {
+	const int32_t left = mReferenceCount.fetch_sub(1) - 1;
+	if (left > 0)
+		return static_cast<uint32>(left);
+	// Whoever takes and returns a reference while the instance closes down must not end it a second time.
+	mReferenceCount = 1 << 20;
+	terminate();
+	mReleaser(this);
+	return 0;
+}
+
+tresult PLUGIN_API TVst3PluginShell::initialize(FUnknown* context) {
+	return HostCall(StorageId(), [this, context] {
+		const TMainThreadScope role;
+		const tresult base = SingleComponentEffect::initialize(context);
+		GreetHost(context);
+		if (base != kResultOk)
+			return base;
+		try {
+			AddBusses();
+			AddParameters();
+			StartTimer();
+			ObserveDocument();
+		} catch (...) {
+			CloseDown();
+			throw;
+		}
+		mLatency = mpEngine->LatencyInSamples();
+		return base;
+	});
+}
+
+tresult PLUGIN_API TVst3PluginShell::terminate() {
+	return HostCall(StorageId(), [this] {
+		const TMainThreadScope role;
+		return CloseDown();
+	});
+}
+
+void TVst3PluginShell::GreetHost(FUnknown* context) {
+	String128 name{};
+	const auto host = AskFor<IHostApplication>(context, IHostApplication_iid);
+	if (!host || host->getName(name) != kResultOk) {
+		TLog::Instance()->LogText(kLogCategory, "Running in unknown host...");
+		return;
+	}
+	name[127] = 0;
+	mHostName = TString(std::u16string_view(name));
+	TLog::Instance()->LogString(kLogCategory, TString("Running in host: '") + mHostName + TString("'..."));
+}
+
+void TVst3PluginShell::AddBusses() {
+	const int32_t inputs = mpEngine->MaxInputChannels();
+	const int32_t outputs = mpEngine->MaxOutputChannels();
+	if (inputs < 2)
+		AddStereoBus(kInput, u"Main Input");
+	for (int32_t i = 0; inputs >= 2 && i < inputs; ++i)
+		AddStereoBus(kInput, mpEngine->InputChannelName(i).Units());
+	if (outputs < 2)
+		AddStereoBus(kOutput, u"Main Output");
+	for (int32_t i = 0; outputs >= 2 && i < outputs; ++i)
+		AddStereoBus(kOutput, mpEngine->OutputChannelName(i).Units());
+	if (mpEngine->WantsMidiInput())
+		AddEventBus(kInput, u"MIDI Input");
+	if (mpEngine->WantsMidiOutput())
+		AddEventBus(kOutput, u"MIDI Output");
+	mMadeInputs = Busses(kAudio, kInput)->size();
+	mMadeOutputs = Busses(kAudio, kOutput)->size();
+	mBuffers.SetBusCounts(mMadeInputs, mMadeOutputs);
+	mBuffers.SetBlockSize(mpEngine->BlockSize());
+}
+
+void TVst3PluginShell::AddParameters() {
+	if (mpDocument->NumberOfPrograms() >= 1)
+		AddParameter(new TPresetParameter(mpDocument->NumberOfPrograms()));
+	for (int32_t i = 0; i < mpDocument->NumberOfParameters(); ++i)
+		AddParameter(new TPluginParameter(mpDocument.Get(), i));
+	if (!mpDocument->IsInstrument())
+		return;
+	for (const TRange& range : kMidiParameters)
+		AddParameter(MakeRangeParameter(range));
+}
+
+void TVst3PluginShell::StartTimer() {
+	mpTimer = TVst3Timer::Start(HostContext(), this, kTimerMilliseconds);
+	mUsesGuiIdleParameter = !mpTimer;
+	if (mUsesGuiIdleParameter)
+		AddParameter(MakeRangeParameter(kGuiIdleParameter));
+}
+
+void TVst3PluginShell::ObserveDocument() {
+	if (TObservable* program = mpDocument->CurrentProgramIndexValue())
+		program->AddObserver({this, &TVst3PluginShell::OnProgramIndex}, kDeliverDirectly);
+	if (TObservable* names = mpDocument->ProgramNameChangedBang())
+		names->AddObserver({this, &TVst3PluginShell::OnProgramNames});
+	if (TObservable* list = mpDocument->ParameterListAboutToChangeValue())
+		list->AddObserver({this, &TVst3PluginShell::OnParameterListAboutToChange}, kDeliverDirectly);
+	if (TObservable* list = mpDocument->ParameterListChangedValue())
+		list->AddObserver({this, &TVst3PluginShell::OnParameterListChanged});
+	mpParameterMap->Rebuild();
+}
+
+void TVst3PluginShell::StopObserving() {
+	mpParameterMap->Clear();
+	if (TObservable* program = mpDocument->CurrentProgramIndexValue())
+		program->RemoveObserver({this, &TVst3PluginShell::OnProgramIndex});
+	if (TObservable* names = mpDocument->ProgramNameChangedBang())
+		names->RemoveObserver({this, &TVst3PluginShell::OnProgramNames});
+	if (TObservable* list = mpDocument->ParameterListAboutToChangeValue())
+		list->RemoveObserver({this, &TVst3PluginShell::OnParameterListAboutToChange});
+	if (TObservable* list = mpDocument->ParameterListChangedValue())
+		list->RemoveObserver({this, &TVst3PluginShell::OnParameterListChanged});
+}
+
+tresult TVst3PluginShell::CloseDown() {
+	if (const IPtr<TVst3Timer> timer = std::exchange(mpTimer, nullptr))
+		timer->Stop();
+	if (IsInitialized()) {
+		StopObserving();
+		SetActive(false);
+	}
+	return SingleComponentEffect::terminate();
+}
+
+tresult PLUGIN_API TVst3PluginShell::setActive(TBool state) {
+	return HostCall(StorageId(), [this, state] {
+		const TMainThreadScope role;
+		if (!IsInitialized())
+			return tresult{kNotInitialized};
+		SetActive(state != 0);
+		return SingleComponentEffect::setActive(state);
+	});
+}
+
+void TVst3PluginShell::SetActive(bool active) {
+	mActive = active;
+	if (active)
+		mpEngine->Resume();
+	else
+		mpEngine->Suspend();
+}
+
+tresult PLUGIN_API TVst3PluginShell::setupProcessing(ProcessSetup& setup) {
+	return HostCall(StorageId(), [this, &setup]() -> tresult {
+		const TMainThreadScope role;
+		if (!IsInitialized())
+			return kNotInitialized;
+		if (canProcessSampleSize(setup.symbolicSampleSize) != kResultOk || !(setup.sampleRate >= 1.0) ||
+		    setup.sampleRate > kHighestSampleRate || setup.maxSamplesPerBlock < 1 ||
+		    setup.maxSamplesPerBlock > kLongestBlock)
+			return kInvalidArgument;
+		mpEngine->SetSampleRate(static_cast<int32_t>(setup.sampleRate));
+		mpEngine->SetBlockSize(setup.maxSamplesPerBlock);
+		mBuffers.SetBlockSize(setup.maxSamplesPerBlock);
+		mBypass = false;
+		return kResultOk;
+	});
+}
+
+tresult PLUGIN_API TVst3PluginShell::setBusArrangements(
+    SpeakerArrangement* inputs, int32 numIns, SpeakerArrangement* outputs, int32 numOuts) {
+	return HostCall(StorageId(), [&]() -> tresult {
+		const TMainThreadScope role;
+		if (!IsInitialized())
+			return kNotInitialized;
+		if (numIns < 0 || numOuts < 0 || (!inputs && numIns > 0) || (!outputs && numOuts > 0))
+			return kInvalidArgument;
+		return ArrangeBusses({inputs, static_cast<std::size_t>(numIns)}, {outputs, static_cast<std::size_t>(numOuts)});
+	});
+}
+
+tresult TVst3PluginShell::ArrangeBusses(TArrangements inputs, TArrangements outputs) {
+	const bool isAccepted =
+	    mpDocument->IsInstrument() ? AcceptInstrument(inputs, outputs) : AcceptEffect(inputs, outputs);
+	if (!isAccepted)
+		return kResultFalse;
+	Busses(kAudio, kInput)->resize(inputs.size());
+	Busses(kAudio, kOutput)->resize(outputs.size());
+	mBuffers.SetBusCounts(inputs.size(), outputs.size());
+	mpEngine->SetInputChannels(static_cast<int32_t>(inputs.size()));
+	mpEngine->SetOutputChannels(static_cast<int32_t>(outputs.size()));
+	return kResultOk;
+}
+
+bool TVst3PluginShell::AcceptEffect(TArrangements inputs, TArrangements outputs) const {
+	const auto log = TLog::Instance();
+	const int numIns = static_cast<int>(inputs.size());
+	const int numOuts = static_cast<int>(outputs.size());
+	if (numIns < 1 || numOuts < 1 || inputs.size() > mMadeInputs || outputs.size() > mMadeOutputs) {
+		log->Log(kLogCategory, "Neglecting FX bus arrangement with bus count (%d/%d)", numIns, numOuts);
+		return false;
+	}
+	if (!IsStereo(inputs[0]) || !IsStereo(outputs[0])) {
+		log->Log(
+		    kLogCategory, "Neglecting FX bus arrangement with bus count (%d/%d) and channels (%d/%d)", numIns, numOuts,
+		    Channels(inputs[0]), Channels(outputs[0]));
+		return false;
+	}
+	log->Log(kLogCategory, "Accepted FX bus arrangement with bus count (%d/%d)", numIns, numOuts);
+	return true;
+}
+
+bool TVst3PluginShell::AcceptInstrument(TArrangements inputs, TArrangements outputs) const {
+	const auto log = TLog::Instance();
+	const int numIns = static_cast<int>(inputs.size());
+	const int numOuts = static_cast<int>(outputs.size());
+	if (numOuts < 1 || inputs.size() > mMadeInputs || outputs.size() > mMadeOutputs) {
+		log->Log(kLogCategory, "Neglecting instrument bus arrangement with bus count (%d/%d)", numIns, numOuts);
+		return false;
+	}
+	if (const auto odd = std::ranges::find_if_not(inputs, &IsStereo); odd != inputs.end()) {
+		log->Log(
+		    kLogCategory, "Neglecting instrument bus arrangement with bus count (%d/%d) and input channels #%d", numIns,
+		    numOuts, static_cast<int>(odd - inputs.begin()));
+		return false;
+	}
+	if (const auto odd = std::ranges::find_if_not(outputs, &IsStereo); odd != outputs.end()) {
+		log->Log(
+		    kLogCategory, "Neglecting instrument bus arrangement with bus count (%d/%d) and output channels #%d",
+		    numIns, numOuts, static_cast<int>(odd - outputs.begin()));
+		return false;
+	}
+	log->Log(kLogCategory, "Accepted instrument bus arrangement with bus count (%d/%d)", numIns, numOuts);
+	return true;
+}
+
+tresult TVst3PluginShell::LoadComponent(IBStream* /*stream*/) {
+	return kNotImplemented;
+}
+
+tresult TVst3PluginShell::SaveComponent(IBStream* /*stream*/) {
+	return kNotImplemented;
+}
+
+// A host that drags no size is asked; the answer decides whether the editor grows.
+bool TVst3PluginShell::RequestWindowResize(const TSize& /*oldSize*/, const TSize& newSize) {
+	TLog::Instance()->Log(kLogCategory, "Requesting new window size: %d, %d", newSize.mX, newSize.mY);
+	return false;
+}
+
+void TVst3PluginShell::OnTimer() noexcept {
+	HostCall(StorageId(), [this] {
+		RunMainThreadCommands();
+		return kResultOk;
+	});
+}
+
+void TVst3PluginShell::RunMainThreadCommands() {
+	const TMainThreadScope role;
+	TThreadCommunicator::Instance()->ProcessCommands();
+}
