@@ -14,6 +14,18 @@ namespace {
 /// In samples. Far above the errors of any song's positions, far below what could be heard or seen.
 constexpr double kRoundingErrors = 1e-5;
 
+constexpr double kWholeNumbersAreExact = 4503599627370496.0; // 2^52
+
+/// fmod without its long division: x is not negative, period a whole number. Below the bound the product is exact, and
+/// so is the difference, being a multiple of the last place of x; only the quotient may have been rounded up.
+double Remainder(double x, double period) noexcept {
+	if (!(x < kWholeNumbersAreExact))
+		return std::fmod(x, period);
+	const double whole = static_cast<double>(static_cast<int64_t>(x / period));
+	const double remainder = x - whole * period;
+	return remainder < 0.0 ? x - (whole - 1.0) * period : remainder;
+}
+
 } // namespace
 
 // Adding a whole number to a negative x is exact until the sum is no longer negative, so only the last addition rounds;
@@ -23,14 +35,14 @@ double Lift(double x, double period) noexcept {
 		return x;
 	if (!std::isfinite(x))
 		return 0.0;
-	const double remainder = std::fmod(x, period);
-	return remainder < 0.0 ? remainder + period : 0.0;
+	const double remainder = Remainder(-x, period);
+	return remainder > 0.0 ? period - remainder : 0.0;
 }
 
 double Wrap(double x, double period) noexcept {
 	if (x < period)
 		return x;
-	const double remainder = std::fmod(x, period);
+	const double remainder = Remainder(x, period);
 	return remainder >= 0.0 ? remainder : 0.0;
 }
 

@@ -88,7 +88,8 @@ void TVortelAudioEngine::RunBlock(float* left, float* right, int32_t samples, co
 		ApplyTransport(*transport);
 	for (int32_t done = 0; done < samples;) {
 		const int32_t length = mpScheduler->Advance(samples - done);
-		RunDevices(left + done, right + done, length);
+		if (mRunningIsStale || mRunningCount > 0)
+			RunDevices(left + done, right + done, length);
 		AdvancePosition(length);
 		done += length;
 	}
@@ -96,16 +97,23 @@ void TVortelAudioEngine::RunBlock(float* left, float* right, int32_t samples, co
 }
 
 void TVortelAudioEngine::RunDevices(float* left, float* right, int32_t samples) {
-	if (!mMayRun)
-		return;
-	mMayRun = false;
-	for (std::size_t position = 1; position < mProcessingOrder.size(); ++position) {
-		TVortelDspDevice& device = *mDevices[static_cast<std::size_t>(mProcessingOrder[position])];
-		if (!device.IsRunning())
-			continue;
-		mMayRun = true;
+	if (mRunningIsStale)
+		CollectRunning();
+	for (std::size_t i = 0; i < mRunningCount; ++i) {
+		TVortelDspDevice& device = *mRunning[i];
 		device.CaptureDry(left, right, samples);
 		device.Process(left, right, samples);
+		mRunningIsStale |= !device.IsRunning();
+	}
+}
+
+void TVortelAudioEngine::CollectRunning() {
+	mRunningIsStale = false;
+	mRunningCount = 0;
+	for (std::size_t position = 1; position < mProcessingOrder.size(); ++position) {
+		TVortelDspDevice* device = mDevices[static_cast<std::size_t>(mProcessingOrder[position])].Get();
+		if (device->IsRunning())
+			mRunning[mRunningCount++] = device;
 	}
 }
 
@@ -209,7 +217,7 @@ void TVortelAudioEngine::ReadDeviceOrder() {
 	for (int32_t position = 0; position < kNumberOfDevices; ++position)
 		mProcessingOrder[static_cast<std::size_t>(position)] =
 		    std::clamp(mpProgram->DeviceAtPosition(position), 0, kNumberOfDevices - 1);
-	mMayRun = true;
+	mRunningIsStale = true;
 }
 
 void TVortelAudioEngine::SetProgram(TVortelProgram* program) {

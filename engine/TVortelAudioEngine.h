@@ -67,6 +67,7 @@ private:
 
 	void RunBlock(float* left, float* right, int32_t samples, const TTransportInfo* transport);
 	void RunDevices(float* left, float* right, int32_t samples);
+	void CollectRunning();
 	void AdvancePosition(int32_t samples);
 	void ApplyTransport(const TTransportInfo& transport);
 	void SetTempo(float tempo);
@@ -133,8 +134,10 @@ private:
 	std::array<int32_t, kNumberOfDevices> mProcessingOrder{};
 	// By device id: 0 is the master, which brackets each host block and is not in the chain.
 	std::array<TPtr<TVortelDspDevice>, kNumberOfDevices> mDevices;
-	// False: certainly no effect runs.
-	bool mMayRun = false;
+	// The effects that run, in processing order; stale when one has begun or ended, or the order has changed.
+	std::array<TVortelDspDevice*, kNumberOfDevices> mRunning{};
+	std::size_t mRunningCount = 0;
+	bool mRunningIsStale = true;
 
 	static constexpr std::size_t kRandomTableSize = 4096;
 	TParkMillerPRNG mRandom;

@@ -153,7 +153,7 @@ void TVortelAudioEngine::ApplyStep(int32_t deviceId, uint8_t step) {
 	const bool isRunning = device.IsRunning();
 	if (step == kStepBlockStart || (step == kStepBlockContinue && !isRunning)) {
 		device.Start();
-		mMayRun = true;
+		mRunningIsStale = true;
 	} else if (step == kStepEmpty && isRunning)
 		device.Stop();
 }

@@ -31,21 +31,24 @@ void TCommandScheduler::Schedule(TCommand* command, int32_t delay) {
 	mNextDelay = mNextDelay >= 1 ? std::min(mNextDelay, delay) : delay;
 }
 
-/// Behind every command that is not later.
+/// Behind every command that is not later. The events of a block come in order, before a step that lies far ahead.
 void TCommandScheduler::Insert(TCommand* command) noexcept {
 	TCommand** place = &mpFirst;
 	if (mpFirst && mpLast->mExecuteTime <= command->mExecuteTime)
 		place = &mpLast->mpNext;
+	else if (mpInserted && mpInserted->mExecuteTime <= command->mExecuteTime)
+		place = &mpInserted->mpNext;
 	while (*place && (*place)->mExecuteTime <= command->mExecuteTime)
 		place = &(*place)->mpNext;
 	command->mpNext = std::exchange(*place, command);
 	if (!command->mpNext)
 		mpLast = command;
+	mpInserted = command;
 }
 
 void TCommandScheduler::RemoveMatching(const TCommandMatch& match) {
 	TCommand* removed = nullptr;
-	mpLast = nullptr;
+	mpLast = mpInserted = nullptr;
 	for (TCommand** place = &mpFirst; *place;) {
 		if (!match.Matches(*place)) {
 			mpLast = *place;
@@ -91,6 +94,8 @@ void TCommandScheduler::RunFirst() {
 TCommand* TCommandScheduler::UnlinkFirst() noexcept {
 	TCommand* command = mpFirst;
 	mpFirst = std::exchange(command->mpNext, nullptr);
+	if (mpInserted == command)
+		mpInserted = nullptr;
 	return command;
 }
 

@@ -34,4 +34,5 @@ private:
 	int32_t mNextDelay = -1;
 	TCommand* mpFirst = nullptr;
 	TCommand* mpLast = nullptr;
+	TCommand* mpInserted = nullptr; // the one inserted last, while it waits
 };

@@ -33,6 +33,17 @@ TEST(MusicalTimeTest, LiftIsAddingPeriodsOneByOne) {
 		EXPECT_EQ(MusicalTime::Lift(x, 4.0), LiftStepwise(x, 4.0));
 }
 
+TEST(MusicalTimeTest, WrapIsTheExactRemainder) {
+	std::mt19937_64 random(2);
+	std::uniform_real_distribution<double> exponent(-3.0, 60.0);
+	for (int i = 0; i < 20000; ++i) {
+		const double whole = static_cast<double>(random() % 64 + 1);
+		const double x = std::exp2(exponent(random));
+		for (double near : {x, std::nextafter(std::round(x / whole) * whole, 0.0), std::round(x / whole) * whole})
+			ASSERT_EQ(MusicalTime::Wrap(near, whole), std::fmod(near, whole)) << near << " by " << whole;
+	}
+}
+
 TEST(MusicalTimeTest, NoPositionIsTooFarAway) {
 	const double infinity = std::numeric_limits<double>::infinity();
 	for (double x : {-1e18, -1e300, 1e300, infinity, -infinity, std::nan("")}) {

@@ -91,7 +91,7 @@ TEST_F(TSystemGlobalsTest, ErrorDialogAsksForAReportOnDemand) {
 	ASSERT_EQ(sDialogs.size(), 1u);
 	EXPECT_THAT(
 	    sDialogs[0], HasSubstr("Oops|it broke\n\nPlease report this problem by sending a mail with the Log.txt,\n"));
-	EXPECT_THAT(sDialogs[0], EndsWith(std::string(" to: ") + ProductInfo::kBugReportEMailAddress));
+	EXPECT_THAT(sDialogs[0], EndsWith(std::string(" to: ").append(ProductInfo::kBugReportEMailAddress)));
 	EXPECT_THAT(Logged(), Not(HasSubstr("Please report")));
 	Printed();
 }
