@@ -46,10 +46,10 @@ void TPublishedParameters::SetFromHost(int32_t parameter, float value) {
 		return;
 	TParameterInfo* info = Find(mpDocument->ParameterObservable(parameter));
 	if (info)
-		info->mUpdateFromHost = true;
+		std::atomic_ref(info->mUpdateFromHost).store(true, std::memory_order_relaxed);
 	mpDocument->SetParameterValue(parameter, value);
 	if (info)
-		info->mUpdateFromHost = false;
+		std::atomic_ref(info->mUpdateFromHost).store(false, std::memory_order_relaxed);
 }
 
 bool TPublishedParameters::IsUpToDate() const {
@@ -70,7 +70,8 @@ void TPublishedParameters::OnParameter(TObservable* observable, int32_t reason) 
 	if (reason != kDidChange || NotificationSourceThread() != kMainThread)
 		return;
 	TParameterInfo* info = Find(observable);
-	if (!info || info->mUpdateFromHost || !mHostEditsOpen.load(std::memory_order_relaxed))
+	if (!info || std::atomic_ref(info->mUpdateFromHost).load(std::memory_order_relaxed) || IsInStateChange() ||
+	    !mHostEditsOpen.load(std::memory_order_relaxed))
 		return;
 	if (!info->mEditOpen) {
 		info->mEditOpen = true;

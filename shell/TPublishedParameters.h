@@ -39,15 +39,33 @@ public:
 	/// Any thread: changes are not reported any more, open edits stay open until the next EndHostEdits that ends any.
 	void CancelHostEdits() { mHostEditsOpen.store(false, std::memory_order_relaxed); }
 
-	/// A change that the host makes, so that it is not reported back. Unknown parameters are ignored.
+	/// Any thread: a change that the host makes, so that it is not reported back. Unknown parameters are ignored.
 	void SetFromHost(int32_t parameter, float value);
+
+	/// While the host replaces the whole state nothing is reported.
+	class [[nodiscard]] TStateChange {
+	public:
+		explicit TStateChange(TPublishedParameters& parameters) : mParameters(parameters) {
+			mParameters.mInStateChange.store(true, std::memory_order_relaxed);
+		}
+
+		~TStateChange() { mParameters.mInStateChange.store(false, std::memory_order_relaxed); }
+
+		TStateChange(const TStateChange&) = delete;
+		TStateChange& operator=(const TStateChange&) = delete;
+
+	private:
+		TPublishedParameters& mParameters;
+	};
+
+	bool IsInStateChange() const { return mInStateChange.load(std::memory_order_relaxed); }
 
 private:
 	struct TParameterInfo {
 		TObservable* mpObservable = nullptr;
 		int32_t mIndex = 0;
 		bool mEditOpen = false;
-		bool mUpdateFromHost = false;
+		bool mUpdateFromHost = false; // by std::atomic_ref: hosts set a parameter on several threads at once
 	};
 
 	~TPublishedParameters() override = default;
@@ -60,4 +78,5 @@ private:
 	THost* mpHost;
 	std::vector<TParameterInfo> mInfos; // sorted by mpObservable
 	std::atomic<bool> mHostEditsOpen{false};
+	std::atomic<bool> mInStateChange{false};
 };

@@ -248,7 +248,7 @@ void TVst3PluginShell::OnParameterListChanged(TObservable* /*observable*/, int32
 // A state change is reported when it is over: hosts hold a lock around it that their answer to a restart takes, too.
 // What travels keeps the shell until the host has been told.
 void TVst3PluginShell::ReportOnMainThread(TNews news) {
-	if (TThreadManager::Instance()->IsCurrentThread(kMainThread) && !mInHostStateChange)
+	if (TThreadManager::Instance()->IsCurrentThread(kMainThread) && !mpParameterMap->IsInStateChange())
 		Report(news);
 	else
 		TThreadCommunicator::Instance()->Post(

@@ -194,10 +194,9 @@ private:
 	bool mUsesGuiIdleParameter = false;
 	std::atomic<double> mGuiIdleValue{0.0}; // 0 to 99
 
-	// The host is changing the program, or the whole state. A change that another thread makes in the same instant may
-	// be taken for the host's; it only costs the host a look at its own values.
+	// The host is changing the program. A change that another thread makes in the same instant may be taken for the
+	// host's; all that costs is the request to read the values again.
 	std::atomic<bool> mInHostProgramChange{false};
-	std::atomic<bool> mInHostStateChange{false};
 
 	TPtr<TPublishedParameters> mpParameterMap;
 	Steinberg::IPtr<TVst3Timer> mpTimer;

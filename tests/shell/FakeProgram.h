@@ -30,7 +30,7 @@ public:
 
 	TObservable* CurrentProgramIndexValue() override { return &mProgramIndex; }
 
-	TString ProgramName(int32_t) override { return "Name"; }
+	TString ProgramName(int32_t index) override { return TString("Name") + TString::ToString(index); }
 
 	void SetProgramName(int32_t, const TString&) override { mNameBang.Bang(); }
 
@@ -50,13 +50,17 @@ public:
 
 	TObservable* ParameterListChangedValue() override { return nullptr; }
 
-	TString ParameterValueText(int32_t, float) override { return {}; }
+	TString ParameterValueText(int32_t, float value) override { return TString::ToString(value); }
 
-	bool ParameterValueFromText(int32_t, const TString&, float&) override { return false; }
+	bool ParameterValueFromText(int32_t, const TString& text, float& value) override {
+		value = 0.25f;
+		return text == TString("a quarter");
+	}
 
-	TParameterTitle ParameterName(int32_t) override { return {}; }
+	TParameterTitle ParameterName(int32_t index) override { return {mTitle + TString::ToString(index), "Hz"}; }
 
 	bool mIsInstrument = false;
+	TString mTitle = "Parameter";
 
 private:
 	TObservableBaseType<int> mProgramIndex{0};
@@ -64,13 +68,13 @@ private:
 	std::array<TObservableBaseType<float>, 3> mParameters;
 };
 
-/// Halves the samples, and writes down what it is called with.
+/// Halves the samples, adds an offset of its own, and writes down what it is called with.
 class TFakeEngine final : public TAudioPluginShell::TEngine {
 public:
 	explicit TFakeEngine(TFakeDocument* document) : TEngine(document) {}
 
 	void Process(
-	    std::span<float* const> leftIn, std::span<float* const>, std::span<float* const> leftOut,
+	    std::span<float* const> leftIn, std::span<float* const> rightIn, std::span<float* const> leftOut,
 	    std::span<float* const> rightOut, int32_t samples, const TTransportInfo* transport) override {
 		mRole = TThreadManager::Instance()->CurrentThread();
 		mFirstInput = samples > 0 ? leftIn[0][0] : 0.0f;
@@ -82,8 +86,9 @@ public:
 			mCalls += std::to_string(done) + ":" + std::to_string(Document()->ParameterValue(0)).substr(0, 4) + " ";
 		}
 		for (int32_t i = 0; i < samples; ++i) {
-			leftOut[0][i] *= 0.5f;
-			rightOut[0][i] *= 0.5f;
+			leftOut[0][i] = leftIn[0][i] * 0.5f + mOffset;
+			if (rightOut[0] != leftOut[0])
+				rightOut[0][i] = rightIn[0][i] * 0.5f + mOffset;
 		}
 	}
 
@@ -95,8 +100,11 @@ public:
 
 	bool WantsMidiInput() override { return true; }
 
+	bool WantsMidiOutput() override { return true; }
+
 	void ProcessMidiEvents(std::span<const TMidiEvent> events) override {
 		mCalls += "midi" + std::to_string(events.size()) + " ";
+		mEvents.insert(mEvents.end(), events.begin(), events.end());
 	}
 
 	int32_t mRole = kNoThread;
@@ -106,6 +114,8 @@ public:
 	std::string mCalls;
 	int32_t mLatency = 0;
 	bool mIsSilent = false;
+	float mOffset = 0.0f;
+	std::vector<TMidiEvent> mEvents;
 	std::vector<int32_t> mRates;
 	std::vector<int32_t> mSizes;
 
