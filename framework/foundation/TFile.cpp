@@ -6,10 +6,7 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstddef>
-#include <string>
-#include <string_view>
 #include <sys/stat.h>
 #include <utility>
 
@@ -104,44 +101,6 @@ void TFile::Flush() {
 		throw TReadableException("Failed to flush the file to disk. Probably the disk is full.");
 }
 
-void TFile::ReadBytes(TArray<uint8_t>& block) {
-	const int32_t length = ReadInt32();
-	if (length < 0 || length > Size() - Position())
-		throw TReadableException("Unexpected end of file!");
-	block.SetSize(length);
-	ReadAll(block.Items(), length);
-}
-
-void TFile::WriteBytes(const TArray<uint8_t>& block) {
-	WriteInt32(block.Size());
-	WriteAll(block.Items(), block.Size());
-}
-
-void TFile::ReadString(TString& text, int encoding) {
-	TArray<uint8_t> block;
-	ReadBytes(block);
-	const std::string_view bytes(reinterpret_cast<const char*>(block.Items()), static_cast<std::size_t>(block.Size()));
-	text.FromBytes(bytes, encoding);
-}
-
-void TFile::WriteString(const TString& text, int encoding) {
-	std::string bytes;
-	text.ToBytes(bytes, encoding);
-	WriteInt32(static_cast<int32_t>(bytes.size()));
-	WriteAll(bytes.data(), static_cast<int64_t>(bytes.size()));
-}
-
-void TFile::ReadAll(void* buffer, int64_t bytes) {
-	if (bytes > 0 && !Read(buffer, bytes))
-		throw TReadableException("Unexpected end of file!");
-}
-
-void TFile::WriteAll(const void* buffer, int64_t bytes) {
-	if (bytes > 0 && !Write(buffer, bytes))
-		throw TReadableException(
-		    "File I/O error: Please make sure that there is enough space available on the device!");
-}
-
 void TFile::TurnTo(TTransfer transfer) {
 	if (mMode < kReadWriteNew)
 		return;
@@ -149,37 +108,3 @@ void TFile::TurnTo(TTransfer transfer) {
 		fseeko(mpStream, 0, SEEK_CUR);
 	mLastTransfer = transfer;
 }
-
-template <class T>
-T TFile::ReadNumber() {
-	std::array<std::byte, sizeof(T)> bytes;
-	ReadAll(bytes.data(), sizeof(T));
-	if (IsSwapped())
-		std::ranges::reverse(bytes);
-	return std::bit_cast<T>(bytes);
-}
-
-template <class T>
-void TFile::WriteNumber(T value) {
-	auto bytes = std::bit_cast<std::array<std::byte, sizeof(T)>>(value);
-	if (IsSwapped())
-		std::ranges::reverse(bytes);
-	WriteAll(bytes.data(), sizeof(T));
-}
-
-bool TFile::IsSwapped() const noexcept {
-	return (mByteOrder == kLittleEndian) != (std::endian::native == std::endian::little);
-}
-
-template int8_t TFile::ReadNumber();
-template int16_t TFile::ReadNumber();
-template int32_t TFile::ReadNumber();
-template int64_t TFile::ReadNumber();
-template float TFile::ReadNumber();
-template double TFile::ReadNumber();
-template void TFile::WriteNumber(int8_t);
-template void TFile::WriteNumber(int16_t);
-template void TFile::WriteNumber(int32_t);
-template void TFile::WriteNumber(int64_t);
-template void TFile::WriteNumber(float);
-template void TFile::WriteNumber(double);

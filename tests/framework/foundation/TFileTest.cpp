@@ -92,7 +92,7 @@ TEST_F(TFileTest, BlocksAndTextsComeBack) {
 	const TString text(u"na\u00EFve \u20AC");
 	file.WriteString(text, kUtf8Encoding);
 	file.WriteBytes({});
-	file.WriteBytes({1, 2, 3});
+	file.WriteBytes(TArray<uint8_t>{1, 2, 3});
 	file.Seek(0);
 	EXPECT_EQ(file.ReadInt32(), 10) << "bytes, not units";
 	file.Seek(0);
