@@ -2,7 +2,7 @@
 // All effects, automation, notes, program and scene changes on the audio thread, and a GUI that edits, loads and reads
 // at the same time. Run under the thread sanitizer this finds races; on its own it finds what real-time code must not
 // do.
-#include "framework/foundation/TThreadCommunicator.h"
+#include "tests/plugin/AudioThreadLocks.h"
 #include "tests/plugin/TInstanceDriver.h"
 #include "tests/support/TRealTimeWatch.h"
 
@@ -43,27 +43,6 @@ void EditOnce(TProgramInstance& instance, int32_t round) {
 	instance.Engine().Tempo();
 }
 
-/// The locks that the audio thread may take: the document's, those of its role and its queue, and those of the
-/// values that it sets or that are set while it runs.
-std::vector<const void*> LocksOfTheAudioThread(TProgramInstance& instance) {
-	const TProgramPluginShell::TGuiScope scope(instance.Shell());
-	TVortelDocument& document = instance.Document();
-	std::vector<const void*> locks{
-	    &document.AudioLock(), &TThreadManager::Instance()->Lock(kAudioThread),
-	    &TThreadCommunicator::Instance()->DrainLock(kAudioThread),
-	    document.ActiveProgramIndex().ObserversLock()};
-	for (int32_t i = 0; i < TVortelDocument::kNumberOfPrograms; ++i) {
-		TVortelProgram& program = *document.Program(i);
-		for (const TObservable* value : std::initializer_list<const TObservable*>{
-		         &program.ActiveSceneIndex(), &program.MasterMix(), &program.MasterPanning(), &program.MasterVolume()})
-			locks.push_back(value->ObserversLock());
-	}
-	for (int32_t id = 0; id < TVortelDocument::kNumberOfParameters; ++id)
-		locks.push_back(document.ParameterObservable(id)->ObserversLock());
-	std::erase(locks, nullptr);
-	return locks;
-}
-
 struct TOutcome {
 	bool mIsFinite = true;
 	std::size_t mOffences = 0;
@@ -73,7 +52,7 @@ struct TOutcome {
 TOutcome PlayWhileEditing(TProgramInstance& instance, int32_t blocks) {
 	TInstanceDriver driver(instance);
 	driver.FillScenes();
-	const std::vector<const void*> locks = LocksOfTheAudioThread(instance);
+	const std::vector<const void*> locks = LocksOfTheAudioThread(instance.Shell().StorageId(), instance.Document());
 	TOutcome outcome;
 	std::atomic<bool> isPlaying{true};
 	std::thread audio([&] {

@@ -12,6 +12,7 @@
 
 #include <cstddef>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -143,7 +144,7 @@ public:
 		return Steinberg::kResultTrue;
 	}
 
-	const Steinberg::Vst::ParamID mId;
+	Steinberg::Vst::ParamID mId;
 	std::vector<TPoint> mPoints;
 };
 
