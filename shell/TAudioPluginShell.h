@@ -16,6 +16,7 @@
 class TCommand;
 class TObservable;
 class TObservableBang;
+class TStream;
 
 /// What the adapters of all host formats have in common, and the three contracts through which an adapter talks to the
 /// program behind it. The shell knows nothing of sequencers and effects, the program nothing of host formats.
@@ -101,6 +102,16 @@ public:
 	/// False leaves value alone.
 	virtual bool ParameterValueFromText(int32_t index, const TString& text, float& value) = 0;
 	virtual TParameterTitle ParameterName(int32_t index) = 0;
+
+	/// What a host keeps: the whole bank, or the current program. Any thread but the audio thread. A failure is logged
+	/// and leaves the document as far as it got. A document that keeps nothing writes and reads nothing.
+	virtual void SaveBankChunk(TStream& /*stream*/) {}
+
+	virtual void LoadBankChunk(TStream& /*stream*/) {}
+
+	virtual void SaveProgramChunk(TStream& /*stream*/) {}
+
+	virtual void LoadProgramChunk(TStream& /*stream*/) {}
 
 protected:
 	TAudioPluginShell* Shell() const { return mpShell; }

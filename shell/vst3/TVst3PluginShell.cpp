@@ -6,6 +6,7 @@
 #include "framework/foundation/TThreadCommunicator.h"
 #include "shell/vst3/TVst3PluginParameter.h"
 #include "shell/vst3/Vst3HostCall.h"
+#include "shell/vst3/Vst3State.h"
 #include "shell/vst3/Vst3Text.h"
 
 #include <pluginterfaces/vst/ivsthostapplication.h>
@@ -328,12 +329,33 @@ bool TVst3PluginShell::AcceptInstrument(TArrangements inputs, TArrangements outp
 	return true;
 }
 
-tresult TVst3PluginShell::LoadComponent(IBStream* /*stream*/) {
-	return kNotImplemented;
+tresult TVst3PluginShell::LoadComponent(IBStream* stream) {
+	return HostCall(StorageId(), [this, stream]() -> tresult {
+		const TMainThreadScope role;
+		if (!IsInitialized())
+			return kNotInitialized;
+		if (!stream)
+			return kInvalidArgument;
+		const TPublishedParameters::TStateChange change(*mpParameterMap);
+		TStream chunk;
+		if (!Vst3State::Read(*stream, chunk))
+			return kResultFalse;
+		mpDocument->LoadBankChunk(chunk);
+		return kResultOk;
+	});
 }
 
-tresult TVst3PluginShell::SaveComponent(IBStream* /*stream*/) {
-	return kNotImplemented;
+tresult TVst3PluginShell::SaveComponent(IBStream* stream) {
+	return HostCall(StorageId(), [this, stream]() -> tresult {
+		const TMainThreadScope role;
+		if (!IsInitialized())
+			return kNotInitialized;
+		if (!stream)
+			return kInvalidArgument;
+		TStream chunk;
+		mpDocument->SaveBankChunk(chunk);
+		return Vst3State::Write(*stream, chunk) ? kResultOk : kResultFalse;
+	});
 }
 
 // A host that drags no size is asked; the answer decides whether the editor grows.

@@ -3,6 +3,7 @@
 
 #include "framework/document/TObservableBaseType.h"
 #include "framework/foundation/TCommandScheduler.h"
+#include "framework/foundation/TStream.h"
 #include "framework/foundation/TThreadManager.h"
 #include "shell/TAudioPluginShell.h"
 
@@ -59,6 +60,23 @@ public:
 
 	TParameterTitle ParameterName(int32_t index) override { return {mTitle + TString::ToString(index), "Hz"}; }
 
+	/// The state is one byte.
+	void SaveBankChunk(TStream& stream) override { stream.Assign(std::array<uint8_t, 1>{mState}); }
+
+	/// An edit of every parameter and a program change, as a real bank brings them.
+	void LoadBankChunk(TStream& stream) override {
+		mLoadedSizes.push_back(stream.Size());
+		if (stream.IsEmpty())
+			return;
+		mState = stream.Bytes()[0];
+		UndoTransactionBegun();
+		mParameters[0].Set(mState / 256.0f);
+		UndoTransactionEnded();
+		mProgramIndex.Set(mState % 4);
+	}
+
+	uint8_t mState = 7;
+	std::vector<int64_t> mLoadedSizes;
 	bool mIsInstrument = false;
 	TString mTitle = "Parameter";
 

@@ -3,6 +3,7 @@
 
 #include "shell/vst3/Vst3Interfaces.h"
 
+#include <pluginterfaces/base/ibstream.h>
 #include <pluginterfaces/gui/iplugview.h>
 #include <pluginterfaces/vst/ivsteditcontroller.h>
 #include <pluginterfaces/vst/ivstevents.h>
@@ -10,6 +11,7 @@
 #include <pluginterfaces/vst/ivstparameterchanges.h>
 #include <pluginterfaces/vst/ivstunits.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <tuple>
@@ -184,4 +186,39 @@ public:
 	}
 
 	std::vector<Steinberg::Vst::Event> mEvents;
+};
+
+/// A stream as hosts may hand it over: in portions, with an end, or refusing.
+class TFakeHostStream final : public TUncounted<Steinberg::IBStream> {
+public:
+	explicit TFakeHostStream(std::vector<Steinberg::uint8> bytes = {}, Steinberg::int32 portion = 1 << 30)
+	    : mBytes(std::move(bytes)),
+	      mPortion(portion) {}
+
+	Steinberg::tresult PLUGIN_API read(void* target, Steinberg::int32 count, Steinberg::int32* got) override {
+		*got = std::min({count, mPortion, static_cast<Steinberg::int32>(mBytes.size() - mPosition)});
+		std::copy_n(mBytes.data() + mPosition, *got, static_cast<Steinberg::uint8*>(target));
+		mPosition += static_cast<std::size_t>(*got);
+		return mResult;
+	}
+
+	Steinberg::tresult PLUGIN_API write(void* source, Steinberg::int32 count, Steinberg::int32* written) override {
+		*written = std::min(count, mPortion);
+		const auto* bytes = static_cast<const Steinberg::uint8*>(source);
+		mBytes.insert(mBytes.end(), bytes, bytes + *written);
+		return mResult;
+	}
+
+	Steinberg::tresult PLUGIN_API seek(Steinberg::int64, Steinberg::int32, Steinberg::int64*) override {
+		return Steinberg::kNotImplemented;
+	}
+
+	Steinberg::tresult PLUGIN_API tell(Steinberg::int64*) override { return Steinberg::kNotImplemented; }
+
+	std::vector<Steinberg::uint8> mBytes;
+	Steinberg::int32 mPortion;
+	Steinberg::tresult mResult = Steinberg::kResultOk;
+
+private:
+	std::size_t mPosition = 0;
 };

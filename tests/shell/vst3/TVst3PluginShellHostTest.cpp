@@ -34,6 +34,15 @@ protected:
 		    inputs.data(), static_cast<int32>(inputs.size()), outputs.data(), static_cast<int32>(outputs.size()));
 	}
 
+	IComponent& Component() { return *mpShell; }
+
+	IEditController& Controller() { return *mpShell; }
+
+	tresult Load(std::vector<uint8> bytes, int32 portion = 1 << 30) {
+		TFakeHostStream stream(std::move(bytes), portion);
+		return Component().setState(&stream);
+	}
+
 	tresult Run() {
 		ProcessData data;
 		return ProcessElsewhere(data);
@@ -115,6 +124,47 @@ TEST_F(TVst3PluginShellHostTest, ProgramChangesAreToldOnTheMainThreadOnly) {
 	EXPECT_EQ(mHost.Take(), "");
 	mHost.mpTimer->onTimer();
 	EXPECT_EQ(mHost.Take(), "program3 ");
+}
+
+TEST_F(TVst3PluginShellHostTest, StateIsALengthAndTheBank) {
+	Initialize();
+	TFakeHostStream saved;
+	EXPECT_EQ(Component().getState(&saved), kResultOk);
+	EXPECT_EQ(saved.mBytes, (std::vector<uint8>{1, 0, 0, 0, 7}));
+	EXPECT_EQ(Load({1, 0, 0, 0, 65}, 1), kResultOk);
+	EXPECT_EQ(mpDocument->mState, 65);
+	EXPECT_EQ(Load({0, 0, 0, 0}), kResultOk);
+	EXPECT_EQ(mpDocument->mLoadedSizes, (std::vector<int64_t>{1, 0}));
+	// The controller has nothing of its own, and does not touch what it is given.
+	TFakeHostStream untouched({9, 9});
+	EXPECT_EQ(Controller().setComponentState(nullptr), kResultOk);
+	EXPECT_EQ(Controller().setState(&untouched), kResultOk);
+	EXPECT_EQ(Controller().getState(&untouched), kResultOk);
+	EXPECT_EQ(untouched.mBytes.size(), 2u);
+}
+
+TEST_F(TVst3PluginShellHostTest, BadStreamsLeaveTheDocumentAlone) {
+	Initialize();
+	EXPECT_EQ(Component().setState(nullptr), kInvalidArgument);
+	EXPECT_EQ(Component().getState(nullptr), kInvalidArgument);
+	for (const std::vector<uint8>& bytes :
+	     std::vector<std::vector<uint8>>{{}, {1, 0}, {2, 0, 0, 0, 5}, {255, 255, 255, 255, 5}, {255, 255, 255, 127, 5}})
+		EXPECT_EQ(Load(bytes), kResultFalse);
+	EXPECT_EQ(Load({1, 0, 0, 0, 5}, 0), kResultFalse);
+	EXPECT_TRUE(mpDocument->mLoadedSizes.empty());
+	TFakeHostStream full({}, 3);
+	EXPECT_EQ(Component().getState(&full), kResultFalse);
+	full.mPortion = 100;
+	full.mResult = kInternalError;
+	EXPECT_EQ(Component().getState(&full), kResultFalse);
+}
+
+TEST_F(TVst3PluginShellHostTest, HostHearsOfAStateOnlyWhenTheCallIsOver) {
+	Initialize();
+	EXPECT_EQ(Load({1, 0, 0, 0, 66}), kResultOk);
+	EXPECT_EQ(mHost.Take(), "");
+	mHost.mpTimer->onTimer();
+	EXPECT_EQ(mHost.Take(), "program2 restart4 ");
 }
 
 TEST_F(TVst3PluginShellHostTest, WithoutARunLoopTheIdleParameterBringsTheTick) {
