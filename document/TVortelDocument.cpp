@@ -43,7 +43,8 @@ TVortelDocument::TVortelDocument(const TOptions& /*options*/)
       mpProgramClipboard(MakePtr<TVortelProgram>()),
       mpSceneClipboard(MakePtr<TVortelScene>()),
       mpParameterClipboard(MakePtr<TVortelScene>()),
-      mpSequencerClipboard(MakePtr<TVortelSequencer>()) {
+      mpSequencerClipboard(MakePtr<TVortelSequencer>()),
+      mpNameGenerator(MakePtr<TVortelProgramNameGenerator>()) {
 	for (auto& program : mpPrograms) {
 		program = MakePtr<TVortelProgram>();
 		program->Name().AddObserver({this, &TVortelDocument::OnProgramName});

@@ -3,6 +3,7 @@
 
 #include "document/TVortelDevice.h"
 #include "document/TVortelProgram.h"
+#include "document/TVortelProgramNameGenerator.h"
 #include "framework/foundation/TCriticalSection.h"
 #include "framework/foundation/TParkMillerPRNG.h"
 #include "shell/TAudioPluginShell.h"
@@ -134,6 +135,24 @@ public:
 	/// The rows change places along the order of the devices.
 	void FlipSequence();
 
+	/// Commands that draw from the general generator, on the active program and scene.
+	void RandomizeProgramName();
+	/// Fires no bang; the seed itself tells its observers.
+	void RandomizeSeed();
+	/// The effects alone: neither the weights nor the master change.
+	void RandomizeEffects();
+	void MutateEffects();
+	/// Fills the used length with blocks, each on one device, picked by the weights. mix: over what is there. Without
+	/// any weight nothing happens.
+	void RandomizeSequence(bool mix);
+	void MutateSequence();
+	/// Seed, effects, sequence; withGrid: also beats and steps per beat.
+	void RandomizeScene(bool withGrid);
+	/// The grid stays.
+	void MutateScene();
+	/// Name, order and scene 0 of all sixteen. Program 0 is active afterwards.
+	void RandomizeAllPrograms();
+
 	/// What CopyParameters and PasteParameters of a single device use.
 	TVortelScene* ParameterClipboard() const noexcept { return mpParameterClipboard.Get(); }
 
@@ -223,7 +242,9 @@ private:
 	std::array<TPtr<TVortelDevice>, kNumberOfDevices> mpDevices;
 	std::array<TPtr<TVortelDeviceParameter>, kNumberOfParameters> mpParameters;
 
+	/// For picking devices alone; goes on through the document's life.
 	TParkMillerPRNG mRandom;
+	TPtr<TVortelProgramNameGenerator> mpNameGenerator;
 	std::atomic<int32_t> mLoadDepth{0};
 	TCriticalSection mAudioLock;
 };

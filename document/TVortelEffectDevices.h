@@ -6,12 +6,15 @@
 /// The effects whose model is their parameters and nothing more (the Gater has a header of its own). Each member is
 /// created in the order in which it stands here; that is the order of the device's list.
 ///
+/// OnRandomize keeps to ranges in which the effect stays useful, and sets modes before the times that follow them.
 /// RefreshStepped follows a mode parameter: times are continuous in the mode "Free" and move from power of two to power
 /// of two in the others.
 
 class TVortelModulatorDevice final : public TVortelDevice {
 public:
 	explicit TVortelModulatorDevice(TVortelDocument* document);
+
+	void OnRandomize() override;
 
 	TPtr<TVortelDeviceParameter> mpFrequency;
 	TPtr<TVortelDeviceParameter> mpAmount;
@@ -26,6 +29,8 @@ class TVortelTapeStopDevice final : public TVortelDevice {
 public:
 	explicit TVortelTapeStopDevice(TVortelDocument* document);
 
+	void OnRandomize() override;
+
 	void OnSceneChanged() override { RefreshStepped(); }
 
 	void RefreshStepped();
@@ -39,6 +44,8 @@ public:
 class TVortelRetriggerDevice final : public TVortelDevice {
 public:
 	explicit TVortelRetriggerDevice(TVortelDocument* document);
+
+	void OnRandomize() override;
 
 	void OnSceneChanged() override { RefreshStepped(); }
 
@@ -55,6 +62,8 @@ class TVortelReverserDevice final : public TVortelDevice {
 public:
 	explicit TVortelReverserDevice(TVortelDocument* document);
 
+	void OnRandomize() override;
+
 	void OnSceneChanged() override { RefreshStepped(); }
 
 	void RefreshStepped();
@@ -69,6 +78,8 @@ class TVortelStretcherDevice final : public TVortelDevice {
 public:
 	explicit TVortelStretcherDevice(TVortelDocument* document);
 
+	void OnRandomize() override;
+
 	TPtr<TVortelDeviceParameter> mpSpeed;
 	TPtr<TVortelDeviceParameter> mpGrainSize;
 	TPtr<TVortelDeviceParameter> mpSmoothing;
@@ -82,6 +93,8 @@ public:
 class TVortelLofiDevice final : public TVortelDevice {
 public:
 	explicit TVortelLofiDevice(TVortelDocument* document);
+
+	void OnRandomize() override;
 
 	void OnSceneChanged() override { RefreshStepped(); }
 
@@ -99,6 +112,8 @@ class TVortelDistortionDevice final : public TVortelDevice {
 public:
 	explicit TVortelDistortionDevice(TVortelDocument* document);
 
+	void OnRandomize() override;
+
 	TPtr<TVortelDeviceParameter> mpType;
 	TPtr<TVortelDeviceParameter> mpDrive;
 	TPtr<TVortelDeviceParameter> mpTone;
@@ -109,6 +124,8 @@ public:
 class TVortelDelayDevice final : public TVortelDevice {
 public:
 	explicit TVortelDelayDevice(TVortelDocument* document);
+
+	void OnRandomize() override;
 
 	void OnSceneChanged() override { RefreshStepped(); }
 
@@ -126,6 +143,8 @@ public:
 class TVortelShufflerDevice final : public TVortelDevice {
 public:
 	explicit TVortelShufflerDevice(TVortelDocument* document);
+
+	void OnRandomize() override;
 
 	void OnSceneChanged() override { RefreshStepped(); }
 

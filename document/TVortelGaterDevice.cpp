@@ -2,6 +2,9 @@
 #include "document/TVortelGaterDevice.h"
 
 #include "document/TVortelScene.h"
+#include "framework/foundation/TRandom.h"
+
+#include <algorithm>
 
 TVortelGaterDevice::TVortelGaterDevice(TVortelDocument* document) : TVortelDevice(document, 8) {
 	for (int32_t i = 0; i < TVortelScene::kNumberOfGaterSteps; ++i)
@@ -25,6 +28,25 @@ void TVortelGaterDevice::SetStepLevels(TLevel level) {
 void TVortelGaterDevice::OnInit() {
 	SetStepLevels([](int32_t i) { return TVortelScene::DefaultGaterStep(i); });
 	mpNumVolumeSteps->SetRealValue(8.0f);
+}
+
+void TVortelGaterDevice::OnRandomize() {
+	mpTimeMode->Randomize(0.0f, 1.0f);
+	mpTime->RandomizeReal(8.0f, 128.0f);
+	mpSmoothing->Randomize(0.0f, 0.333f);
+	SetStepLevels([](int32_t i) {
+		const double level = TRandom::Next() * 0.4;
+		return static_cast<float>(i % 2 == 0 ? level + 0.6 : level);
+	});
+	mpNumVolumeSteps->RandomizeReal(2.0f, 8.0f);
+}
+
+void TVortelGaterDevice::OnMutate() {
+	TVortelDevice::OnMutate();
+	SetStepLevels([this](int32_t i) {
+		const double level = static_cast<double>(StepLevel(i)) + (TRandom::Next() * 0.2 - 0.1);
+		return static_cast<float>(std::clamp(level, 0.0, 1.0));
+	});
 }
 
 void TVortelGaterDevice::OnPaste(TVortelScene* source) {

@@ -11,6 +11,8 @@ public:
 	explicit TVortelGaterDevice(TVortelDocument* document);
 
 	void OnInit() override;
+	void OnRandomize() override;
+	void OnMutate() override;
 	void OnPaste(TVortelScene* source) override;
 	void OnCopy(TVortelScene* target) override;
 	void OnSceneChanged() override;
