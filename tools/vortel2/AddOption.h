@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -23,3 +24,11 @@ void AddRepeatedOption(
     TOptionReader reader);
 /// An option without a value.
 void AddFlag(CLI::App& app, const std::string& name, const std::string& help, bool& flag);
+/// An option whose number may be left out: the reader then gets an empty text. Needs JoinNumbers.
+void AddNumberIfAnyOption(
+    CLI::App& app, const std::string& name, const std::string& valueName, const std::string& help,
+    TOptionReader reader);
+
+/// The command line's words from the last to the first, as the library takes them. A number behind one of the options
+/// is tied to it; any other word there is none of the option's business.
+std::vector<std::string> JoinNumbers(int argc, char** argv, const std::string& option);

@@ -4,6 +4,7 @@
 #include "framework/foundation/ProductInfo.h"
 #include "framework/foundation/TReadableException.h"
 #include "tools/vortel2/AddOption.h"
+#include "tools/vortel2/NameCommand.h"
 #include "tools/vortel2/ParameterCommands.h"
 #include "tools/vortel2/RenderCommand.h"
 #include "tools/vortel2/TLevels.h"
@@ -17,6 +18,8 @@
 #include <cstring>
 
 namespace {
+
+constexpr int32_t kMaximumNames = 1000000;
 
 enum EExitStatus : int { kDone = 0, kFailed = 1, kBadUsage = 2 };
 
@@ -45,10 +48,11 @@ public:
 		AddText();
 		AddValue();
 		AddLevels();
+		AddNames();
 	}
 
 	void Parse(int argc, char** argv) {
-		mApp.parse(argc, argv);
+		mApp.parse(JoinNumbers(argc, argv, "--random"));
 		if (mApp.get_subcommands().empty())
 			throw TUsageError("a command is missing; vortel2 --help lists them");
 	}
@@ -98,6 +102,17 @@ private:
 		});
 	}
 
+	void AddNames() {
+		CLI::App* command = mApp.add_subcommand("names", "Make up names for programs");
+		AddOption(*command, "--count", "N", "how many; default 1", [this](const TOptionText& text) {
+			mNameCount = text.Integer(0, kMaximumNames);
+		});
+		AddOption(*command, "--seed", "N", "the same names for the same N", [this](const TOptionText& text) {
+			mNameSeed = text.RandomSeed();
+		});
+		command->final_callback([this] { PrintResult(MakeNames(mNameCount, mNameSeed)); });
+	}
+
 	std::string Count(int errors) const {
 		return std::to_string(errors) + " of " + std::to_string(mValue.mArguments.size()) + " texts";
 	}
@@ -108,6 +123,8 @@ private:
 	TParameterQuery mText;
 	TParameterQuery mValue;
 	std::vector<std::string> mFiles;
+	int32_t mNameCount = 1;
+	std::optional<uint32_t> mNameSeed;
 };
 
 int Run(TCommandLine& commandLine, int argc, char** argv) {

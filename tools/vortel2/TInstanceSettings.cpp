@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/vortel2/TInstanceSettings.h"
 
+#include "framework/foundation/TRandom.h"
 #include "tools/vortel2/AddOption.h"
 
 #include <array>
@@ -95,6 +96,13 @@ void TInstanceSettings::AddProgramOptions(CLI::App& app) {
 	AddOption(app, "--scene", "N", "make scene N (0 to 127) active", [this](const TOptionText& text) {
 		mSceneIndex = text.Integer(0, TVortelProgram::kNumberOfScenes - 1);
 	});
+	AddNumberIfAnyOption(
+	    app, "--random", "[SEED]", "fill the scene with random content, the same for the same SEED",
+	    [this](const TOptionText& text) {
+		    mRandomize.emplace();
+		    if (!text.Text().empty())
+			    mRandomize->mSeed = text.RandomSeed();
+	    });
 	AddOption(
 	    app, "--order", "D,D,...", "processing order: all eleven devices, the first 0",
 	    [this](const TOptionText& text) { mOrder = ParseOrder(text); });
@@ -164,6 +172,11 @@ void TInstanceSettings::ApplyProgram(TVortelDocument& document) const {
 	TVortelProgram& program = *document.ActiveProgram();
 	if (mSceneIndex)
 		program.ActiveSceneIndex().Set(*mSceneIndex);
+	if (mRandomize) {
+		if (mRandomize->mSeed)
+			TRandom::SetState(*mRandomize->mSeed);
+		document.RandomizeScene(true);
+	}
 	if (mOrder)
 		program.SetDeviceOrder(*mOrder);
 	if (mTriggerMode)

@@ -14,11 +14,17 @@ namespace CLI {
 class App;
 }
 
+/// "Randomize scene.", with the general generator set to the seed just before if there is one.
+struct TRandomizeScene {
+	std::optional<uint32_t> mSeed;
+};
+
 /// What the command line sets on a fresh instance. The settings are made in a fixed order, which is that of the
 /// members, whatever their order on the command line.
 struct TInstanceSettings {
 	std::optional<int32_t> mProgramIndex;
 	std::optional<int32_t> mSceneIndex;
+	std::optional<TRandomizeScene> mRandomize;
 	std::optional<TVortelProgram::TDeviceOrder> mOrder;
 	std::optional<int32_t> mTriggerMode;
 	std::optional<int32_t> mQuantize;

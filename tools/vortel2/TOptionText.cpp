@@ -6,6 +6,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -50,12 +51,25 @@ double TOptionText::Number(double minimum, double maximum) const {
 }
 
 int32_t TOptionText::Integer(int32_t minimum, int32_t maximum) const {
+	return static_cast<int32_t>(WholeNumber(minimum, maximum));
+}
+
+uint32_t TOptionText::RandomSeed() const {
+	return static_cast<uint32_t>(WholeNumber(0, std::numeric_limits<uint32_t>::max()));
+}
+
+bool TOptionText::IsNumber() const {
+	double value = 0.0;
+	return !mText.empty() && ReadNumber(mText, value) == mText.size();
+}
+
+int64_t TOptionText::WholeNumber(int64_t minimum, int64_t maximum) const {
 	int64_t value = 0;
 	if (mText.empty() || ReadNumber(mText, value) != mText.size())
 		Fail("is not a whole number");
 	if (value < minimum || value > maximum)
 		FailRange(std::to_string(minimum), std::to_string(maximum));
-	return static_cast<int32_t>(value);
+	return value;
 }
 
 double TOptionText::Seconds() const {

@@ -22,6 +22,9 @@ public:
 	/// Both bounds included. No locale.
 	double Number(double minimum, double maximum) const;
 	int32_t Integer(int32_t minimum, int32_t maximum) const;
+	/// What the general generator's state may be set to.
+	uint32_t RandomSeed() const;
+	bool IsNumber() const;
 	/// A time on the sound's own axis, which begins at 0.
 	double Seconds() const;
 	/// Normalised, 0 to 1.
@@ -46,6 +49,7 @@ public:
 private:
 	TOptionText Part(std::string text) const { return {mOption, std::move(text)}; }
 
+	int64_t WholeNumber(int64_t minimum, int64_t maximum) const;
 	[[noreturn]] void FailRange(const std::string& minimum, const std::string& maximum) const;
 
 	std::string mOption;

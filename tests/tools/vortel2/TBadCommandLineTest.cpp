@@ -52,7 +52,7 @@ TEST_F(TBadCommandLineTest, CommandsAndTheirArguments) {
 	ExpectFailure({"value", "-1", "0"}, 2, "ID");
 	ExpectFailure({"value", "58", "1", "--scene", "3"}, 2, "--scene");
 	ExpectFailure({"value", "58", "1", "--param", "RET:Mode=Sometimes"}, 2, "--param");
-	for (const char* option : {"--bank", "--program", "--random", "--plot"})
+	for (const char* option : {"--bank", "--program", "--plot"})
 		ExpectFailure({"render", "in.wav", "out.wav", option, "1"}, 2, option);
 }
 
@@ -71,6 +71,9 @@ TEST_F(TBadCommandLineTest, ValuesOutOfTheirRange) {
 	ExpectBadOption("--beats", {"0", "9", "-1"});
 	ExpectBadOption("--divisions", {"1", "9"});
 	ExpectBadOption("--seed", {"2147483648", "1e3"});
+	ExpectBadOption("--random", {"1.5", "-1", "4294967296"});
+	ExpectFailure({"names", "--count", "-1"}, 2, "--count");
+	ExpectFailure({"names", "--seed", "x"}, 2, "--seed");
 	ExpectBadOption("--format", {"mp3", "pcm32"});
 	ExpectBadOption("--block", {"0", "65537", "", "64,", ",64", "64;32", "-1"});
 	ExpectBadOption("--tempo", {"0", "-120", "nan", "inf", "1e999", "fast"});

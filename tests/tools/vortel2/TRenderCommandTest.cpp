@@ -96,6 +96,16 @@ TEST_F(TRenderCommandTest, OrderOfTheOptionsDoesNotMatter) {
 	EXPECT_NE(Render("c.wav", {"--scene", "5"}), reference);
 }
 
+TEST_F(TRenderCommandTest, RandomSceneRepeatsFromItsSeed) {
+	const std::string reference = Render("a.wav", {"--scene", "9", "--random", "7"});
+	EXPECT_EQ(Render("b.wav", {"--random=7", "--scene", "9"}), reference);
+	EXPECT_NE(Render("b.wav", {"--random", "8", "--scene", "9"}), reference);
+	Render("b.wav", {"--random", "--steps", "DLY=*"});
+	EXPECT_EQ(Run({"render", "--random", "in.wav", "b.wav"}).mStatus, 0); // a file name is no seed
+	EXPECT_EQ(Run({"names", "--seed", "1", "--count", "2"}).mOutput, "Fancifully Half-Baked Funk\nObedient Doodad\n");
+	EXPECT_NE(Run({"names", "--count", "5"}).mOutput, Run({"names", "--count", "5"}).mOutput);
+}
+
 TEST_F(TRenderCommandTest, TransportDecidesWhetherThePatternPlays) {
 	const std::string dry = Render("dry.wav", {});
 	const std::string wet = Render("wet.wav", Retriggered({}));
