@@ -5,6 +5,7 @@
 #include "document/TVortelGaterDevice.h"
 #include "document/TVortelIndexedNames.h"
 #include "document/TVortelMasterDevice.h"
+#include "document/VortelUpgrades.h"
 #include "framework/document/TNameRules.h"
 #include "framework/foundation/TRandom.h"
 
@@ -45,6 +46,7 @@ TVortelDocument::TVortelDocument(const TOptions& /*options*/)
       mpParameterClipboard(MakePtr<TVortelScene>()),
       mpSequencerClipboard(MakePtr<TVortelSequencer>()),
       mpNameGenerator(MakePtr<TVortelProgramNameGenerator>()) {
+	VortelUpgrades::Declare();
 	for (auto& program : mpPrograms) {
 		program = MakePtr<TVortelProgram>();
 		program->Name().AddObserver({this, &TVortelDocument::OnProgramName});
@@ -167,5 +169,6 @@ void TVortelDocument::OnProgramName(TObservable* /*observable*/, int32_t reason)
 }
 
 void TVortelDocument::OnLoadEnd(bool /*success*/) {
+	ClearModified();
 	FireAllBangs();
 }

@@ -188,6 +188,24 @@ public:
 	bool ParameterValueFromText(int32_t index, const TString& text, float& value) override;
 	TParameterTitle ParameterName(int32_t index) override;
 
+	/// Files. The audio side passes dry meanwhile. Failures are told to the user; a bank that fails leaves what was
+	/// read of it, a program that fails leaves the active program as it was. A bank that does not exist, and an empty
+	/// path to save to, do nothing. True if the file was read or written.
+	bool LoadBank(const TString& path);
+	bool SaveBank(const TString& path);
+	/// Of the active program.
+	bool LoadProgram(const TString& path);
+	bool SaveProgram(const TString& path);
+
+	/// Host chunks: the text of a file of the same kind. Any thread of the host. Failures are only logged.
+	void SaveBankChunk(TStream& stream) override;
+	void LoadBankChunk(const TStream& stream) override;
+	void SaveProgramChunk(TStream& stream) override;
+	void LoadProgramChunk(const TStream& stream) override;
+
+	/// Brings what a file of the version before has left here to this version, all programs with it.
+	void UpgradeToVersion(int32_t version);
+
 	void OnLoadEnd(bool success) override;
 
 private:

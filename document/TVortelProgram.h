@@ -71,6 +71,9 @@ public:
 	void InitDeviceOrder();
 	void RandomizeDeviceOrder();
 
+	/// Brings what a file of the version before has left here to this version, all scenes with it.
+	void UpgradeToVersion(int32_t version);
+
 	void OnLoadBegin() override;
 	void OnLoadEnd(bool success) override;
 

@@ -49,6 +49,9 @@ public:
 
 	TVortelSequencer* Sequencer() const noexcept { return mpSequencer.Get(); }
 
+	/// Brings what a file of the version before has left here to this version.
+	void UpgradeToVersion(int32_t version);
+
 	void OnLoadBegin() override;
 	void OnLoadEnd(bool success) override;
 

@@ -107,11 +107,11 @@ public:
 	/// and leaves the document as far as it got. A document that keeps nothing writes and reads nothing.
 	virtual void SaveBankChunk(TStream& /*stream*/) {}
 
-	virtual void LoadBankChunk(TStream& /*stream*/) {}
+	virtual void LoadBankChunk(const TStream& /*stream*/) {}
 
 	virtual void SaveProgramChunk(TStream& /*stream*/) {}
 
-	virtual void LoadProgramChunk(TStream& /*stream*/) {}
+	virtual void LoadProgramChunk(const TStream& /*stream*/) {}
 
 protected:
 	TAudioPluginShell* Shell() const { return mpShell; }

@@ -50,6 +50,11 @@ void TDocumentListBase::Insert(TDocumentNode* element, int32_t index) {
 	FireEvent<TDocumentWasAddedObservable>(mAdded, kDidChange, this, element, index);
 }
 
+void TDocumentListBase::InsertLoaded(TDocumentNode* element) {
+	element->BeginLoad();
+	Insert(element);
+}
+
 void TDocumentListBase::Remove(int32_t index) {
 	const TPtr<TDocumentNode> element = mElements[index];
 	FireEvent<TDocumentWasRemovedObservable>(mRemoved, kWillChange, this, element.Get(), index);

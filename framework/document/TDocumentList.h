@@ -98,6 +98,11 @@ public:
 	void DeclareElementClass(const TString& className, const TString& itemName);
 	/// Takes the other's item name and element classes.
 	void CopyElementClassesFrom(const TDocumentListBase& other);
+
+	bool HasSeveralElementClasses() const noexcept { return mTypeNames.Count() > 1; }
+
+	/// Appends an element that is about to be read from a file: it starts from its defaults.
+	void InsertLoaded(TDocumentNode* element);
 	/// Whether the file gives the element a "type" attribute.
 	bool UsesTypeAttribute(const TDocumentNode* element) const;
 	/// Whether the list has declared members besides its elements.

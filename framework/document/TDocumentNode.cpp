@@ -10,6 +10,7 @@
 #include "framework/document/TNameRules.h"
 #include "framework/document/TObservableBaseType.h"
 #include "framework/document/TObservableList.h"
+#include "framework/document/TXmlDocument.h"
 
 #include <memory>
 #include <typeinfo>
@@ -51,6 +52,7 @@ struct TDocumentNode::TExtras : TFrameworkMemory<TExtras> {
 	TList<TAttribute> mAttributes;
 	TObservableBaseType<TString> mTypeName;
 	bool mHasTypeName = false;
+	std::unique_ptr<TXmlDocument> mpXmlDocument;
 };
 
 TDocumentNode::TDocumentNode() : TObserver(kMainThread) {}
@@ -122,6 +124,13 @@ void TDocumentNode::AddComment(const TString& text) {
 const TList<TDocumentNode::TAttribute>& TDocumentNode::Attributes() const noexcept {
 	static const TList<TAttribute> sNone;
 	return mpExtras ? mpExtras->mAttributes : sNone;
+}
+
+TXmlDocument& TDocumentNode::XmlDocument() {
+	TExtras& extras = Extras();
+	if (!extras.mpXmlDocument)
+		extras.mpXmlDocument = std::make_unique<TXmlDocument>(*this);
+	return *extras.mpXmlDocument;
 }
 
 void TDocumentNode::VisitMembers(

@@ -17,6 +17,9 @@ class TDocumentByteBag;
 class TDocumentListBase;
 class TDocumentRoot;
 class TObservableListBase;
+class TStream;
+class TXmlDocument;
+struct _xmlDoc;
 
 /// What becomes of a declared member. Loading goes on into members with kRead or kWrite, saving into those with
 /// kWrite, undo into those with kUndoable. 0: part of the tree that neither persists nor records.
@@ -73,6 +76,21 @@ public:
 	const TList<TChildProperty>& Children() const noexcept { return mChildren; }
 
 	const TList<TAttribute>& Attributes() const noexcept;
+
+	/// The node's form as a file of its own.
+	TXmlDocument& XmlDocument();
+
+	/// With the hooks around it, on the node and everything below it: what a file does not hold is as OnLoadBegin
+	/// leaves it. Throws TReadableException; what was read so far then stays, after OnLoadEnd(false).
+	void Load(const TString& path);
+	void LoadFromStream(const TStream& stream);
+	/// With the hooks around it. Without writeEmptyElements what holds nothing is left out. Throws TReadableException.
+	void Save(const TString& path, bool writeEmptyElements);
+	void SaveToStream(TStream& stream, bool writeEmptyElements);
+	/// A new node with the same contents, by way of its XML form. Null, after an error message to the user, if that
+	/// fails.
+	TPtr<TDocumentNode> Clone();
+
 	/// Calls one of the two for each declared member, in the order of declaration.
 	void VisitMembers(
 	    const std::function<void(const TValueProperty&)>& onValue,
@@ -154,6 +172,9 @@ public:
 
 	virtual void OnUndoRedoEnd() {}
 
+	/// False reads the parsed file as it stands, without upgrading it.
+	virtual bool ShouldReadXml(_xmlDoc* /*document*/, const TString& /*path*/) { return true; }
+
 	/// Sets the defaults that stand for what a file does not hold.
 	virtual void OnLoadBegin() {}
 
@@ -208,6 +229,10 @@ private:
 	struct TExtras;
 	struct TPathStep;
 
+	template <class TWork>
+	void LoadWith(const TWork& work);
+	template <class TWork>
+	void SaveWith(const TWork& work);
 	void SetParent(TDocumentNode* parent);
 	void InheritState(const TDocumentNode& parent, uint32_t flags);
 	template <class TVisit>

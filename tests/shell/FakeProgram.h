@@ -64,7 +64,7 @@ public:
 	void SaveBankChunk(TStream& stream) override { stream.Assign(std::array<uint8_t, 1>{mState}); }
 
 	/// An edit of every parameter and a program change, as a real bank brings them.
-	void LoadBankChunk(TStream& stream) override {
+	void LoadBankChunk(const TStream& stream) override {
 		mLoadedSizes.push_back(stream.Size());
 		if (stream.IsEmpty())
 			return;

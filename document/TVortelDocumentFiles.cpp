@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/TVortelDocument.h"
+#include "document/TVortelProgram.h"
+#include "framework/foundation/TDirectory.h"
+#include "framework/foundation/TFile.h"
+#include "framework/foundation/TLog.h"
+#include "framework/foundation/TReadableException.h"
+#include "framework/foundation/TStream.h"
+#include "framework/foundation/TSystemGlobals.h"
+
+namespace {
+
+void ShowError(const char* message, const TReadableException& error) {
+	TSystemGlobals::Instance()->ShowMessage(TString::Format(message, error.Message()), kErrorMessage);
+}
+
+template <class TWork>
+bool TryLoading(const TString& path, const TWork& work) {
+	if (!TFile(path).Exists() && !TDirectory(path).Exists())
+		return false;
+	try {
+		work();
+		return true;
+	} catch (const TReadableException& error) {
+		ShowError("Loading failed with the error:\n'%s'.", error);
+		return false;
+	}
+}
+
+bool TrySaving(TDocumentNode& node, const TString& path) {
+	if (path.IsEmpty())
+		return false;
+	try {
+		node.Save(path, false);
+		return true;
+	} catch (const TReadableException& error) {
+		ShowError("Saving failed with the error:\n'%s'.", error);
+		return false;
+	}
+}
+
+template <class TWork>
+void TryChunk(const char* failure, const TWork& work) {
+	try {
+		work();
+	} catch (const TReadableException& error) {
+		if (const TPtr<TLog> log = TLog::Instance())
+			log->LogString("Vortel", TString::Format(failure, error.Message()));
+	}
+}
+
+} // namespace
+
+bool TVortelDocument::LoadBank(const TString& path) {
+	return TryLoading(path, [&] {
+		const TLoadGuard guard(*this);
+		Load(path);
+		FireAllBangs();
+	});
+}
+
+bool TVortelDocument::SaveBank(const TString& path) {
+	return TrySaving(*this, path);
+}
+
+bool TVortelDocument::LoadProgram(const TString& path) {
+	return TryLoading(path, [&] {
+		const TLoadGuard guard(*this);
+		mpTempProgram->Load(path);
+		ActiveProgram()->CopyFrom(*mpTempProgram);
+		FireAllBangs();
+	});
+}
+
+bool TVortelDocument::SaveProgram(const TString& path) {
+	return TrySaving(*ActiveProgram(), path);
+}
+
+void TVortelDocument::SaveBankChunk(TStream& stream) {
+	TryChunk("Failed to save a bank chunk: %s", [&] { SaveToStream(stream, true); });
+}
+
+void TVortelDocument::LoadBankChunk(const TStream& stream) {
+	TryChunk("Failed to load a bank chunk: %s", [&] {
+		const TLoadGuard guard(*this);
+		LoadFromStream(stream);
+		FireAllBangs();
+	});
+}
+
+void TVortelDocument::SaveProgramChunk(TStream& stream) {
+	TryChunk("Failed to save a program chunk: %s", [&] { ActiveProgram()->SaveToStream(stream, true); });
+}
+
+void TVortelDocument::LoadProgramChunk(const TStream& stream) {
+	TryChunk("Failed to load a program chunk: %s", [&] {
+		const TLoadGuard guard(*this);
+		mpTempProgram->LoadFromStream(stream);
+		ActiveProgram()->CopyFrom(*mpTempProgram);
+		FireAllBangs();
+	});
+}

@@ -1,0 +1,234 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/TVortelDocument.h"
+
+#include "framework/foundation/TStream.h"
+#include "framework/foundation/TSystemGlobals.h"
+#include "tests/support/TFrameworkFixture.h"
+#include "tests/support/TStringPrinter.h"
+#include "tests/support/TTemporaryFolder.h"
+
+#include <algorithm>
+#include <clocale>
+#include <cstdlib>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+std::vector<std::string> sDialogs;
+
+std::string TextOf(const TStream& stream) {
+	return {reinterpret_cast<const char*>(stream.Bytes().data()), stream.Bytes().size()};
+}
+
+TStream StreamOf(const std::string& text) {
+	return TStream(std::span(reinterpret_cast<const uint8_t*>(text.data()), text.size()));
+}
+
+void Replace(std::string& text, const std::string& from, const std::string& to) {
+	const std::size_t at = text.find(from);
+	ASSERT_NE(at, std::string::npos) << from;
+	text.replace(at, from.size(), to);
+}
+
+class TVortelDocumentFilesTest : public TFrameworkFixture {
+protected:
+	void SetUp() override {
+		TFrameworkFixture::SetUp();
+		sDialogs.clear();
+		TSystemGlobals::Instance()->SetMessageDialogFunction(
+		    [](const TString&, const TString& text, TMessageKind) { sDialogs.emplace_back(text.CString()); });
+		mpDocument = NewDocument();
+	}
+
+	void TearDown() override {
+		mpDocument = nullptr;
+		TFrameworkFixture::TearDown();
+	}
+
+	static TPtr<TVortelDocument> NewDocument() {
+		return MakePtr<TVortelDocument>(TVortelDocument::TOptions{.mLoadDefaultBank = false});
+	}
+
+	/// Any bank that a user could make.
+	void FillAtRandom(uint32_t seed, int scenesPerProgram) {
+		std::mt19937 random(seed);
+		const auto upTo = [&random](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+		for (int32_t p = 0; p < TVortelDocument::kNumberOfPrograms; ++p) {
+			TVortelProgram& program = *mpDocument->Program(p);
+			program.Name().Set(TString("Name ") + TString::ToString(static_cast<int>(random() % 1000)));
+			program.QuantizeFactor().Set(upTo(4));
+			program.TriggerMode().Set(upTo(3));
+			program.MasterMix().Set(static_cast<float>(random()) * 2.3e-10f);
+			program.SoftClip().Set(upTo(2) == 1);
+			program.ActiveSceneIndex().Set(upTo(128));
+			program.RandomizeDeviceOrder();
+			for (int i = 0; i < scenesPerProgram; ++i) {
+				TVortelScene& scene = *program.Scene(scenesPerProgram < 128 ? upTo(128) : i);
+				for (int32_t id = 0; id < TVortelDocument::kNumberOfParameters; ++id)
+					scene.SetParameterValue(id, static_cast<float>(random()) * 2.3283064e-10f);
+				scene.Seed().Set(static_cast<int>(random() % 2147483647u));
+				for (int32_t step = 0; step < TVortelScene::kNumberOfGaterSteps; ++step)
+					scene.SetGaterStep(step, static_cast<float>(random()) * 2.3283064e-10f);
+				scene.Sequencer()->NumBeats().Set(1 + upTo(8));
+				scene.Sequencer()->LoopEnabled().Set(upTo(2) == 1);
+				for (int32_t row = 0; row < TVortelDocument::kNumberOfDevices; ++row)
+					for (int32_t step = 0; step < TVortelSequence::kNumberOfSteps; ++step)
+						scene.Sequencer()->Sequence(row).SetStep(step, static_cast<uint8_t>(upTo(3)));
+			}
+		}
+		mpDocument->ActiveProgramIndex().Set(upTo(16));
+	}
+
+	static std::string Chunk(TVortelDocument& document) {
+		TStream stream;
+		document.SaveBankChunk(stream);
+		return TextOf(stream);
+	}
+
+	TPtr<TVortelDocument> mpDocument;
+	TTemporaryFolder mFolder;
+};
+
+} // namespace
+
+TEST_F(TVortelDocumentFilesTest, FreshBankHoldsNothingAndAProgramItsMembers) {
+	ASSERT_TRUE(mpDocument->SaveBank(mFolder.Path("a.v2bnk")));
+	EXPECT_EQ(
+	    mFolder.Read("a.v2bnk"), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<VortelDocument doc_version=\"3\">\n"
+	                             "  <ActiveProgramIndex>0</ActiveProgramIndex>\n</VortelDocument>\n");
+	mpDocument->ActiveScene()->Sequencer()->Sequence(3).FromString("*++");
+	ASSERT_TRUE(mpDocument->SaveProgram(mFolder.Path("a.v2prg")));
+	const std::string text = mFolder.Read("a.v2prg");
+	EXPECT_THAT(
+	    text, testing::StartsWith(
+	              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<VortelProgram doc_version=\"3\">\n  <Name>Init</Name>\n"
+	              "  <QuantizeFactor>0</QuantizeFactor>\n  <TriggerMode>0</TriggerMode>\n  <MasterMix>1.0</MasterMix>\n"
+	              "  <MasterPanning>0.5</MasterPanning>\n  <MasterVolume>0.5</MasterVolume>\n"
+	              "  <DeviceOrder>0 1 2 3 4 5 6 7 8 9 10</DeviceOrder>\n  <ActiveSceneIndex>0</ActiveSceneIndex>\n"
+	              "  <SoftClip>false</SoftClip>\n  <Scene0>\n    <ParameterValues>"));
+	EXPECT_THAT(
+	    text,
+	    testing::EndsWith(
+	        "    <Sequencer>\n      <NumBeats>4</NumBeats>\n      <NumStepsPerBeat>4</NumStepsPerBeat>\n"
+	        "      <LoopEnabled>true</LoopEnabled>\n      <Sequence3>*++" +
+	        std::string(61, '-') +
+	        "</Sequence3>\n    </Sequencer>\n    <Seed>31337</Seed>\n    <GaterVolumeSteps>1.0 0.0 1.0 0.0 1.0 0.0 "
+	        "1.0 0.0 1.0 0.0 1.0 0.0 1.0 0.0 1.0 0.0</GaterVolumeSteps>\n  </Scene0>\n</VortelProgram>\n"));
+	EXPECT_THAT(Chunk(*mpDocument), testing::HasSubstr("<Sequence4/>")) << "chunks hold empty rows too";
+	EXPECT_TRUE(sDialogs.empty());
+}
+
+// The number of banks can be raised for a long run.
+TEST_F(TVortelDocumentFilesTest, RandomBanksComeBackAsTheyWere) {
+	const char* wanted = std::getenv("VORTEL_RANDOM_BANKS");
+	const int count = wanted ? std::atoi(wanted) : 40;
+	const TPtr<TVortelDocument> other = NewDocument();
+	for (int i = 0; i < count; ++i) {
+		mpDocument->InitAllPrograms();
+		FillAtRandom(static_cast<uint32_t>(i), 1 + i % 3);
+		ASSERT_TRUE(mpDocument->SaveBank(mFolder.Path("a.v2bnk")));
+		ASSERT_TRUE(other->LoadBank(mFolder.Path("a.v2bnk")));
+		ASSERT_TRUE(other->SaveBank(mFolder.Path("b.v2bnk")));
+		ASSERT_EQ(mFolder.Read("a.v2bnk"), mFolder.Read("b.v2bnk")) << i;
+		for (int32_t p = 0; p < TVortelDocument::kNumberOfPrograms; ++p) {
+			for (int32_t s = 0; s < TVortelProgram::kNumberOfScenes; ++s) {
+				const TVortelScene& a = *mpDocument->Program(p)->Scene(s);
+				const TVortelScene& b = *other->Program(p)->Scene(s);
+				for (int32_t id = 0; a.HasContent() && id < TVortelDocument::kNumberOfParameters; ++id)
+					ASSERT_EQ(a.ParameterValue(id), b.ParameterValue(id)) << i << ' ' << p << ' ' << s << ' ' << id;
+			}
+		}
+		EXPECT_EQ(Chunk(*mpDocument), Chunk(*other));
+	}
+}
+
+TEST_F(TVortelDocumentFilesTest, ProgramChunkReplacesTheActiveProgramOnly) {
+	FillAtRandom(3, 2);
+	TStream stream;
+	mpDocument->SaveProgramChunk(stream);
+	const TPtr<TVortelDocument> other = NewDocument();
+	other->ActiveProgramIndex().Set(7);
+	const std::string before = other->Program(6)->Name().Get().CString();
+	other->LoadProgramChunk(stream);
+	EXPECT_EQ(other->Program(7)->Name().Get(), mpDocument->ActiveProgram()->Name().Get());
+	EXPECT_EQ(other->Program(6)->Name().Get().CString(), before);
+	EXPECT_EQ(other->ActiveScene(), other->Program(7)->ActiveScene());
+}
+
+TEST_F(TVortelDocumentFilesTest, ScenesThatAFileLeavesOutStartFromTheirOwnInit) {
+	mpDocument->LoadBankChunk(
+	    StreamOf("\n <VortelDocument doc_version=\"3\"><Program2><Name>n</Name><SoftClip>YES</SoftClip></Program2>"
+	             "</VortelDocument>"));
+	EXPECT_EQ(mpDocument->Program(2)->Scene(5)->Seed().Get(), 31337);
+	EXPECT_TRUE(mpDocument->Program(2)->SoftClip().Get());
+	EXPECT_EQ(mpDocument->Program(2)->Name().Get(), TString("n"));
+}
+
+TEST_F(TVortelDocumentFilesTest, OldVersionsAreBroughtUpToDate) {
+	FillAtRandom(5, 128);
+	std::string text = Chunk(*mpDocument);
+	const auto value = [](const TVortelDocument& document, int32_t id) {
+		return document.Program(4)->Scene(9)->ParameterValue(id);
+	};
+	const TPtr<TVortelDocument> other = NewDocument();
+	const auto loadAs = [&](const char* version) {
+		std::string old = text;
+		Replace(old, "doc_version=\"3\"", version);
+		other->LoadBankChunk(StreamOf(old));
+	};
+	loadAs("doc_version=\"2\"");
+	EXPECT_EQ(value(*other, 103), TVortelParameterTable::Defaults()[103]);
+	EXPECT_EQ(value(*other, 195), value(*mpDocument, 195));
+	// A beat time keeps its real value in the wider range: 2^(6v) = 2^(7w - 1).
+	EXPECT_NEAR(value(*other, 37), (value(*mpDocument, 37) * 6.0f + 1.0f) / 7.0f, 1e-6f);
+	EXPECT_NEAR(value(*other, 77), (value(*mpDocument, 77) * 6.0f + 2.0f) / 8.0f, 1e-6f);
+	EXPECT_NE(value(*other, 17), value(*mpDocument, 17));
+
+	loadAs("doc_version=\"1\"");
+	for (int32_t id = 190; id <= 203; ++id)
+		EXPECT_EQ(value(*other, id), TVortelParameterTable::Defaults()[static_cast<std::size_t>(id)]);
+	EXPECT_EQ(value(*other, 23), value(*mpDocument, 23));
+	EXPECT_EQ(other->Program(4)->DeviceOrder().Count(), 11) << "twelve entries are damage, and repaired";
+	loadAs("");
+	EXPECT_EQ(value(*other, 23), TVortelParameterTable::Defaults()[23]);
+	EXPECT_EQ(value(*other, 160), TVortelParameterTable::Defaults()[160]);
+
+	mpDocument->LoadProgramChunk(
+	    StreamOf("<VortelProgram doc_version=\"1\"><DeviceOrder>0 2 1 3 4 5 6 7 8 9</DeviceOrder></VortelProgram>"));
+	EXPECT_EQ(mpDocument->ActiveProgram()->DeviceAtPosition(1), 2) << "ten entries are a file of their time";
+	EXPECT_EQ(mpDocument->ActiveProgram()->DeviceAtPosition(10), 10);
+}
+
+TEST_F(TVortelDocumentFilesTest, FailedLoadsSaySoAndKeepWhatTheyCan) {
+	FillAtRandom(6, 1);
+	const std::string before = Chunk(*mpDocument);
+	mFolder.Write("broken.v2prg", "<VortelProgram><Name>x</Name>");
+	mFolder.Write("newer.v2prg", "<VortelProgram doc_version=\"4\"/>");
+	mFolder.Write("bank.v2bnk", "<VortelDocument/>");
+	for (const char* name : {"broken.v2prg", "newer.v2prg", "bank.v2bnk", ""})
+		EXPECT_FALSE(mpDocument->LoadProgram(mFolder.Path(name)));
+	ASSERT_EQ(sDialogs.size(), 4u);
+	EXPECT_THAT(sDialogs[0], testing::StartsWith("Loading failed with the error:\n'Failed to parse the XML file '"));
+	EXPECT_THAT(sDialogs[1], testing::HasSubstr("incompatible, more recent version of Vortel2."));
+	EXPECT_THAT(sDialogs[2], testing::HasSubstr("Expected a 'VortelProgram' root node, but found a 'VortelDocument'"));
+	mpDocument->LoadProgramChunk(StreamOf("<VortelProgram>"));
+	EXPECT_EQ(Chunk(*mpDocument), before);
+	EXPECT_FALSE(mpDocument->LoadBank(mFolder.Path("none.v2bnk")));
+	EXPECT_FALSE(mpDocument->SaveBank(""));
+	EXPECT_EQ(sDialogs.size(), 4u);
+	EXPECT_FALSE(mpDocument->SaveBank(mFolder.Path("none/a.v2bnk")));
+	EXPECT_THAT(sDialogs.back(), testing::StartsWith("Saving failed with the error:\n'Failed to write the XML file '"));
+
+	mpDocument->LoadBankChunk(StreamOf("<VortelDocument><ActiveProgramIndex>99</ActiveProgramIndex><Program3>"));
+	EXPECT_TRUE(mpDocument->Program(3)->IsInitialized()) << "a bank starts from nothing";
+	mpDocument->LoadBankChunk(StreamOf(
+	    "<VortelDocument doc_version=\"3\"><ActiveProgramIndex>99</ActiveProgramIndex><Program15><ActiveSceneIndex>-7"
+	    "</ActiveSceneIndex><DeviceOrder>0 1 "
+	    "1</DeviceOrder><TriggerMode>8</TriggerMode></Program15></VortelDocument>"));
+	EXPECT_EQ(mpDocument->ActiveProgram(), mpDocument->Program(15));
+	EXPECT_EQ(mpDocument->ActiveScene(), mpDocument->Program(15)->Scene(0));
+	EXPECT_EQ(mpDocument->ActiveProgram()->DeviceAtPosition(10), 10);
+	EXPECT_EQ(mpDocument->ActiveProgram()->TriggerMode().Get(), kTriggerLatch);
+}

@@ -1,0 +1,287 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "framework/document/TXmlDocument.h"
+
+#include "framework/document/TDocumentByteBag.h"
+#include "framework/document/TDocumentClassRegistry.h"
+#include "framework/document/TDocumentList.h"
+#include "framework/document/TDocumentRoot.h"
+#include "framework/document/TDocumentTranslator.h"
+#include "framework/document/TObservableBaseType.h"
+#include "framework/document/TObservableList.h"
+#include "framework/foundation/TReadableException.h"
+#include "framework/foundation/TStream.h"
+#include "tests/support/TFrameworkFixture.h"
+#include "tests/support/TStringPrinter.h"
+#include "tests/support/TTemporaryFolder.h"
+
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+
+class TXmlPart final : public TDocumentNode {
+public:
+	TXmlPart() {
+		AddProperty(&mText, "Text", kWrite);
+		AddProperty(&mOld, "Old", kRead);
+		FinishDeclaration();
+	}
+
+	bool IsSkippedOnSave() override { return mText.Get() == TString("skip"); }
+
+	TObservableBaseType<TString> mText;
+	TObservableBaseType<int> mOld{0};
+};
+
+class TXmlThing final : public TDocumentRoot {
+public:
+	TXmlThing()
+	    : mpPart(MakePtr<TXmlPart>()),
+	      mpBag(MakePtr<TDocumentByteBag>()),
+	      mpParts(MakePtr<TDocumentList<TXmlPart>>()) {
+		AddProperty(&mSize, "Size", kWrite);
+		AddComment(" the part ");
+		AddChild(mpPart.Get(), "Part", kWrite);
+		AddProperty(&mName, "Name", kWrite);
+		AddProperty(&mNumbers, "Numbers", kWrite);
+		mpParts->DeclareElementClass();
+		AddChild(mpParts.Get(), "Parts", kWrite);
+		AddChild(mpBag.Get(), "Bag", kWrite);
+		AddProperty(&mHidden, "Hidden", 0);
+		FinishDeclaration();
+	}
+
+	void OnLoadBegin() override { mLog += "b"; }
+
+	void OnLoadEnd(bool success) override { mLog += success ? "e" : "f"; }
+
+	std::string mLog;
+	TObservableBaseType<int> mSize{0};
+	TPtr<TXmlPart> mpPart;
+	TObservableBaseType<TString> mName;
+	TObservableList<TObservableBaseType<int>> mNumbers;
+	TPtr<TDocumentByteBag> mpBag;
+	TPtr<TDocumentList<TXmlPart>> mpParts;
+	TObservableBaseType<int> mHidden{5};
+};
+
+namespace {
+
+TStream StreamOf(std::string_view text) {
+	return TStream(std::span(reinterpret_cast<const uint8_t*>(text.data()), text.size()));
+}
+
+class TXmlDocumentTest : public TFrameworkFixture {
+protected:
+	void SetUp() override {
+		TFrameworkFixture::SetUp();
+		TDocumentClassRegistry::RegisterClass<TXmlPart>(TNameRules::ClassNameOf(typeid(TXmlPart)));
+		TDocumentClassRegistry::RegisterClass<TXmlThing>(TNameRules::ClassNameOf(typeid(TXmlThing)));
+		mpThing = MakePtr<TXmlThing>();
+	}
+
+	void TearDown() override {
+		mpThing = nullptr;
+		TFrameworkFixture::TearDown();
+	}
+
+	std::string Saved(bool writeEmptyElements) {
+		TStream stream;
+		mpThing->SaveToStream(stream, writeEmptyElements);
+		return {reinterpret_cast<const char*>(stream.Bytes().data()), stream.Bytes().size()};
+	}
+
+	void Load(const std::string& inner) { mpThing->LoadFromStream(StreamOf("<XmlThing>" + inner + "</XmlThing>")); }
+
+	std::string ErrorOf(const std::string& text) {
+		try {
+			mpThing->LoadFromStream(StreamOf(text));
+		} catch (const TReadableException& error) {
+			return error.what();
+		}
+		return {};
+	}
+
+	TPtr<TXmlThing> mpThing;
+	TTemporaryFolder mFolder;
+};
+
+} // namespace
+
+TEST_F(TXmlDocumentTest, MembersStandInTheOrderOfDeclarationAndEmptyOnesAreLeftOut) {
+	EXPECT_EQ(
+	    Saved(false), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+	                  "<XmlThing doc_version=\"0\">\n"
+	                  "  <Size>0</Size>\n"
+	                  "  <!-- the part -->\n"
+	                  "  <Part/>\n" // of which a part has a value, though it is not written
+	                  "  <Bag><![CDATA[]]></Bag>\n"
+	                  "</XmlThing>\n");
+	mpThing->mpPart->mText.Set("a<b&c");
+	mpThing->mNumbers.Append()->Set(7);
+	mpThing->mpParts->Insert(new TXmlPart);
+	mpThing->mpBag->SetData("xyz", 3);
+	EXPECT_EQ(
+	    Saved(true), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+	                 "<XmlThing doc_version=\"0\">\n"
+	                 "  <Size>0</Size>\n"
+	                 "  <!-- the part -->\n"
+	                 "  <Part>\n"
+	                 "    <Text>a&lt;b&amp;c</Text>\n"
+	                 "  </Part>\n"
+	                 "  <Name/>\n"
+	                 "  <Numbers>\n"
+	                 "    <Number>7</Number>\n"
+	                 "  </Numbers>\n"
+	                 "  <Parts>\n"
+	                 "    <Part>\n"
+	                 "      <Text/>\n"
+	                 "    </Part>\n"
+	                 "  </Parts>\n"
+	                 "  <Bag><![CDATA[eHl6]]></Bag>\n"
+	                 "</XmlThing>\n");
+	mpThing->mpPart->mText.Set("skip");
+	EXPECT_EQ(Saved(true).find("<Text>skip"), std::string::npos);
+}
+
+TEST_F(TXmlDocumentTest, WhatIsSavedComesBack) {
+	const char16_t odd[] = {u'<', 1, u'&', 0xD83D, u'"', 0xE9, 0xFFFE, u'\n', u'&', u'#', u'6', u'5', u';', 0};
+	mpThing->mName.Set(TString(std::u16string_view(odd)));
+	mpThing->mSize.Set(-3);
+	mpThing->mpBag->SetData("\0\xFF", 2);
+	for (int i = 0; i < 3; ++i) {
+		mpThing->mNumbers.Append()->Set(i);
+		const auto part = MakePtr<TXmlPart>();
+		part->mText.Set(TString::ToString(i));
+		mpThing->mpParts->Insert(part.Get());
+	}
+	const std::string text = Saved(false);
+	EXPECT_NE(text.find("&amp;#1;"), std::string::npos);
+	const TPtr<TDocumentNode> clone = mpThing->Clone();
+	ASSERT_TRUE(clone);
+	auto& copy = static_cast<TXmlThing&>(*clone);
+	EXPECT_EQ(copy.mName.Get(), TString(std::u16string_view(odd)));
+	EXPECT_EQ(copy.mSize.Get(), -3);
+	ASSERT_EQ(copy.mpParts->Size(), 3);
+	EXPECT_EQ(copy.mpParts->Element(2)->mText.Get(), TString("2"));
+	ASSERT_EQ(copy.mNumbers.Size(), 3);
+	EXPECT_EQ(copy.mNumbers[1]->Get(), 1);
+	EXPECT_EQ(copy.mpBag->Data().size(), 2u);
+	EXPECT_FALSE(copy.IsModified());
+}
+
+TEST_F(TXmlDocumentTest, ReadingTakesWhatItKnowsWhereverItStands) {
+	Load("<Unknown><Size>9</Size></Unknown><Part><Old>4</Old><Text>t</Text></Part>text<Name>first</Name><Size>2</Size>"
+	     "<Name>last</Name><Hidden>1</Hidden><Size>no number</Size><Numbers><Number>1</Number><Odd>5</Odd></Numbers>");
+	EXPECT_EQ(mpThing->mSize.Get(), 2);
+	EXPECT_EQ(mpThing->mpPart->mOld.Get(), 4);
+	EXPECT_EQ(mpThing->mpPart->mText.Get(), TString("t"));
+	EXPECT_EQ(mpThing->mName.Get(), TString("last"));
+	EXPECT_EQ(mpThing->mHidden.Get(), 5);
+	ASSERT_EQ(mpThing->mNumbers.Size(), 2);
+	EXPECT_EQ(mpThing->mNumbers[1]->Get(), 0);
+	EXPECT_EQ(mpThing->mLog, "be");
+	Load("<Numbers/>");
+	EXPECT_EQ(mpThing->mNumbers.Size(), 0) << "an element that is there replaces the list";
+}
+
+TEST_F(TXmlDocumentTest, EntitiesAreNotFollowed) {
+	const std::string laughs = "<!DOCTYPE XmlThing [<!ENTITY a \"ha\"><!ENTITY b \"&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;\">"
+	                           "<!ENTITY c SYSTEM \"file:///etc/hostname\">]>";
+	mpThing->LoadFromStream(StreamOf(laughs + "<XmlThing><Name>&b;</Name><Part><Text>&c;</Text></Part></XmlThing>"));
+	EXPECT_EQ(mpThing->mName.Get(), TString());
+	EXPECT_EQ(mpThing->mpPart->mText.Get(), TString());
+}
+
+TEST_F(TXmlDocumentTest, UnreadableFilesSaySo) {
+	EXPECT_EQ(ErrorOf(" \n"), "Failed to parse a memory XML file (The document is empty)!");
+	EXPECT_EQ(mpThing->mLog, "bf");
+	EXPECT_THAT(ErrorOf("<XmlThing><Size>"), testing::StartsWith("Failed to parse a memory XML file (line 1: "));
+	EXPECT_THAT(ErrorOf(std::string("\x00\x01\xFF", 3)), testing::StartsWith("Failed to parse a memory XML file ("));
+	EXPECT_EQ(
+	    ErrorOf("\n\n<?xml version=\"1.0\"?><Other/>"), "'[BinStream]' is not a Vortel2 XmlThing file. Expected a "
+	                                                    "'XmlThing' root node, but found a 'Other' root node.");
+	std::string deep;
+	for (int i = 0; i < 5000; ++i)
+		deep += "<XmlThing>";
+	EXPECT_THAT(ErrorOf(deep), testing::HasSubstr("Excessive depth"));
+	EXPECT_NE(
+	    ErrorOf("<XmlThing><Parts><Part type=\"Nothing\"/></Parts></XmlThing>").find("type 'Nothing'!"),
+	    std::string::npos);
+	mpThing->LoadFromStream(StreamOf(std::string_view("\xFF\xFE<\0X\0m\0l\0T\0h\0i\0n\0g\0/\0>\0", 24)));
+}
+
+TEST_F(TXmlDocumentTest, FileIsReplacedInOneStepOrNotAtAll) {
+	const TString path = mFolder.Path("thing.xml");
+	mpThing->mSize.Set(12);
+	mpThing->XmlDocument().SetStyleSheet("style.xsl");
+	mpThing->Save(path, false);
+	chmod(mFolder.PathOf("thing.xml").c_str(), 0640);
+	EXPECT_THAT(
+	    mFolder.Read("thing.xml"),
+	    testing::StartsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+	                        "<?xml-stylesheet type=\"text/xsl\" href=\"style.xsl\"?>\n<XmlThing doc_version=\"0\">"));
+	EXPECT_EQ(mpThing->XmlDocument().FileName().Get(), path);
+	mpThing->Save(path, false);
+
+	struct stat status {};
+
+	stat(mFolder.PathOf("thing.xml").c_str(), &status);
+	EXPECT_EQ(status.st_mode & 0777, 0640u);
+	mpThing->mSize.Set(0);
+	mpThing->Load(path);
+	EXPECT_EQ(mpThing->mSize.Get(), 12);
+
+	EXPECT_THROW(mpThing->Save(mFolder.Path("none/thing.xml"), false), TReadableException);
+	EXPECT_THROW(mpThing->Save(mFolder.Directory().Path(), false), TReadableException);
+	EXPECT_THROW(mpThing->Load(mFolder.Path("none.xml")), TReadableException);
+	EXPECT_THROW(mpThing->Load(mFolder.Directory().Path()), TReadableException);
+	EXPECT_EQ(mFolder.Directory().ListFiles("*").Count(), 1) << "nothing half-written stays";
+}
+
+TEST_F(TXmlDocumentTest, OldFilesGoThroughEveryStep) {
+	const auto translator = MakePtr<TDocumentTranslator>();
+	translator->BeginStep();
+	translator->AddRenameNode("/XmlThing/Title", "Name");
+	translator->AddMoveNode("/XmlThing/Old/*", "/XmlThing/Part");
+	translator->AddRemoveNode("//Junk | //Junk/Junk");
+	translator->EndStep();
+	translator->BeginStep();
+	translator->AddChangeAttributeValue("//Part", "type", "b");
+	translator->AddDocumentFunction([](TDocumentNode* node) {
+		auto* thing = static_cast<TXmlThing*>(node);
+		thing->mSize.Set(thing->mSize.Get() * 2);
+	});
+	translator->EndStep();
+	TDocumentTranslator::Register("XmlThing", translator);
+
+	Load("<Title>x</Title><Part/><Old><Text>moved</Text></Old><Size>4</Size><Junk><Junk/></Junk>");
+	EXPECT_EQ(mpThing->mName.Get(), TString("x"));
+	EXPECT_EQ(mpThing->mpPart->mText.Get(), TString("moved"));
+	EXPECT_EQ(mpThing->mSize.Get(), 8);
+	EXPECT_EQ(mpThing->XmlDocument().CurrentVersion(), 2);
+	mpThing->LoadFromStream(StreamOf("<XmlThing doc_version=\"2\"><Size>4</Size></XmlThing>"));
+	EXPECT_EQ(mpThing->mSize.Get(), 4);
+	EXPECT_EQ(
+	    ErrorOf("<XmlThing doc_version=\"3\"/>"),
+	    "'[BinStream]' was saved with an incompatible, more recent version of Vortel2.");
+
+	translator->BeginStep();
+	translator->AddRemoveNode("//[");
+	translator->EndStep();
+	EXPECT_EQ(
+	    ErrorOf("<XmlThing/>"), "There was an error while upgrading a document:\nFailed to remove the node(s) '//['.");
+	TDocumentTranslator::Register("XmlThing", MakePtr<TDocumentTranslator>());
+}
+
+TEST_F(TXmlDocumentTest, HeaderIsReadWithoutADocument) {
+	TString name;
+	TString error;
+	int32_t version = -1;
+	EXPECT_TRUE(TXmlDocument::ParseHeader("\n<A doc_version=\"7\"><B/></A>", name, version, error));
+	EXPECT_EQ(name, TString("A"));
+	EXPECT_EQ(version, 7);
+	EXPECT_FALSE(TXmlDocument::ParseHeader("  ", name, version, error));
+	EXPECT_EQ(error, TString("XML document is empty!"));
+	EXPECT_FALSE(TXmlDocument::ParseHeader("<A>", name, version, error));
+	EXPECT_EQ(error, TString("Not a valid XML document!"));
+}
