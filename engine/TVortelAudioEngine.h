@@ -52,6 +52,8 @@ public:
 
 	/// GUI: the step that plays of the scene that is being edited; kNone if none does.
 	int32_t PlayingStep() const;
+	/// GUI: where that step lies, in beats from the start of the loop; kNone if none plays.
+	double PlayingPosition() const;
 
 private:
 	friend class TVortelMidiEventCommand;

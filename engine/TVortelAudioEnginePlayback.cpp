@@ -27,6 +27,10 @@ int32_t TVortelAudioEngine::PlayingStep() const {
 	return TStepGrid::Of(*scene->Sequencer()).StepAt(mPosition, mSamplesPerStep);
 }
 
+double TVortelAudioEngine::PlayingPosition() const {
+	return mIsRunning && mpScene == mpEditedScene ? double{mPosition} : kNone;
+}
+
 void TVortelAudioEngine::StartSequencer() {
 	RemovePendingSteps();
 	mIsRunning = true;

@@ -4,7 +4,11 @@
 #include "tools/vortel2/DemoLoop.h"
 #include "tools/vortel2/TInstance.h"
 #include "tools/vortel2/TProgressBar.h"
+#include "tools/vortel2/TRenderPlot.h"
 #include "tools/vortel2/TRenderer.h"
+
+#include <filesystem>
+#include <memory>
 
 namespace {
 
@@ -20,18 +24,38 @@ void WriteDryLoop(const std::string& path, ESampleFormat format) {
 	writer.Commit();
 }
 
+std::string Name(const std::string& path) {
+	return std::filesystem::path(path).filename().string();
+}
+
+std::unique_ptr<TRenderPlot> MakePlot(
+    const TInstance& instance, const TRenderOptions& options, const TSoundSource& source, const std::string& output) {
+	if (options.mPlot.empty())
+		return nullptr;
+	const TRenderPlot::TTitle title{options.mInput.empty() ? "demo loop" : Name(options.mInput), Name(output)};
+	return instance.WithDocument([&](TVortelDocument& document) {
+		return std::make_unique<TRenderPlot>(
+		    options.mPlot, title, document, instance.Engine(), source.SampleRate(), source.Frames());
+	});
+}
+
 void Process(
     const TInstance& instance, const TRenderOptions& options, const std::vector<TMidiFileEvent>& midiFile,
     TSoundSource& input, const std::string& output) {
 	TTailSource source(input, options.mTail);
+	const std::unique_ptr<TRenderPlot> plot = MakePlot(instance, options, source, output);
 	TSoundFileWriter writer(output, source.SampleRate(), options.mFormat, source.Frames());
 	TEventList events(source.SampleRate());
 	events.AddAutomation(options.mAutomation);
 	events.AddNotes(options.mNotes);
 	events.AddFile(midiFile);
 	TProgressBar progress(source.Frames(), options.mQuiet);
-	TRenderer(instance.Shell(), options, events, source, writer).Run(progress);
+	TRenderer(instance.Shell(), options, events, source, writer, plot.get()).Run(progress);
+	if (plot)
+		plot->Draw();
 	writer.Commit();
+	if (plot)
+		plot->Commit();
 }
 
 } // namespace

@@ -11,6 +11,8 @@ public:
 
 	TProgramPluginShell& Shell() const noexcept { return mpInstance->Shell(); }
 
+	const TVortelAudioEngine& Engine() const noexcept { return mpInstance->Engine(); }
+
 	/// Runs a function on the document as the GUI does.
 	template <class TFunction>
 	decltype(auto) WithDocument(TFunction&& function) const {

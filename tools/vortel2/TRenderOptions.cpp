@@ -7,9 +7,12 @@
 #include <CLI/CLI.hpp>
 
 #include <array>
+#include <filesystem>
 #include <string_view>
 
 namespace {
+
+namespace fs = std::filesystem;
 
 constexpr std::array<std::string_view, 3> kFormats{"pcm16", "pcm24", "float"};
 constexpr int32_t kMaximumBlockSize = 65536;
@@ -78,6 +81,11 @@ void TRenderOptions::AddFileOptions(CLI::App& app) {
 	AddOption(
 	    app, "--format", "FORMAT", "sample format of OUT: pcm16, pcm24 or float (default)",
 	    [this](const TOptionText& text) { mFormat = static_cast<ESampleFormat>(text.Choice(kFormats)); });
+	AddOption(app, "--plot", "FILE", "also draw input and output as a PNG image", [this](const TOptionText& text) {
+		if (text.Text().empty())
+			text.Fail("names no file");
+		mPlot = text.Text();
+	});
 	AddFlag(app, "--quiet", "no progress bar", mQuiet);
 }
 
@@ -129,4 +137,16 @@ void TRenderOptions::CheckFiles() const {
 		throw TUsageError("render: \"" + mInput + "\" is one file too many with --demo or --demo-dry");
 	if (!isDemo && mOutput.empty())
 		throw TUsageError(mInput.empty() ? "render: IN and OUT are missing" : "render: OUT is missing");
+	if (!mPlot.empty())
+		CheckPlot();
+}
+
+void TRenderOptions::CheckPlot() const {
+	const std::string& output = mInput.empty() ? mDemoOutput : mOutput;
+	if (output.empty())
+		throw TUsageError("--plot: --demo-dry processes nothing that could be drawn");
+	for (const std::string* other : {&mInput, &output, &mDemoDryOutput, &mMidiFile}) {
+		if (!other->empty() && fs::weakly_canonical(*other) == fs::weakly_canonical(mPlot))
+			throw TUsageError("--plot: \"" + mPlot + "\" is also another file of this render");
+	}
 }

@@ -17,6 +17,7 @@ struct TRenderOptions {
 	std::string mDemoOutput;    // the processed demo loop
 	std::string mDemoDryOutput; // the loop itself
 	ESampleFormat mFormat = ESampleFormat::kFloat;
+	std::string mPlot; // the picture to draw; none if empty
 	bool mQuiet = false;
 
 	TInstanceSettings mSettings;
@@ -34,7 +35,8 @@ struct TRenderOptions {
 
 	/// This must outlive the parsing.
 	void AddOptions(CLI::App& app);
-	/// After the parsing: files are given either way and not both. Throws a TUsageError.
+	/// After the parsing: files are given either way and not both, and the picture is none of them. Throws a
+	/// TUsageError.
 	void CheckFiles() const;
 
 private:
@@ -42,4 +44,5 @@ private:
 	void AddHostOptions(CLI::App& app);
 	void AddTransportChanges(CLI::App& app);
 	void AddEventOptions(CLI::App& app);
+	void CheckPlot() const;
 };

@@ -4,6 +4,7 @@
 #include "framework/foundation/TGlobalStorage.h"
 #include "framework/foundation/TThreadCommunicator.h"
 #include "tools/vortel2/TProgressBar.h"
+#include "tools/vortel2/TRenderPlot.h"
 
 #include <algorithm>
 #include <chrono>
@@ -11,7 +12,7 @@
 
 TRenderer::TRenderer(
     TProgramPluginShell& shell, const TRenderOptions& options, TEventList& events, TSoundSource& source,
-    TSoundFileWriter& writer)
+    TSoundFileWriter& writer, TRenderPlot* plot)
     : mShell(shell),
       mBlockSizes(options.mBlockSizes),
       mHasTransport(!options.mHasNoTransport),
@@ -19,7 +20,8 @@ TRenderer::TRenderer(
           source.SampleRate(), {options.mTempo, options.mPosition, !options.mIsStopped}, options.mTransportChanges),
       mEvents(events),
       mSource(source),
-      mWriter(writer) {
+      mWriter(writer),
+      mpPlot(plot) {
 	const int32_t largest = *std::max_element(mBlockSizes.begin(), mBlockSizes.end());
 	mLeft.resize(static_cast<std::size_t>(largest));
 	mRight.resize(static_cast<std::size_t>(largest));
@@ -84,7 +86,11 @@ void TRenderer::ProcessBlock(std::size_t samples) {
 	block.mpTransport = mHasTransport ? &mTransport.AtBlock(position, count) : nullptr;
 	block.mParameterChanges = events.mParameterChanges;
 	block.mMidiEvents = events.mMidiEvents;
+	if (mpPlot)
+		mpPlot->BeforeBlock({mLeft.data(), samples}, {mRight.data(), samples}, block.mpTransport);
 	mShell.Process(block);
+	if (mpPlot)
+		mpPlot->AfterBlock({mLeft.data(), samples}, {mRight.data(), samples});
 	mPosition.store(position + count, std::memory_order_relaxed);
 }
 

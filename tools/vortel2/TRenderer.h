@@ -11,16 +11,17 @@
 #include <vector>
 
 class TProgressBar;
+class TRenderPlot;
 
 /// Runs sound through an instance as a host does: a thread of its own is the host's audio thread, the calling thread
 /// is the GUI. When a block has left work for the GUI, the audio thread waits until it is done, so that every run
 /// gives the same samples; without such work the two do not meet.
 class TRenderer {
 public:
-	/// All must outlive the renderer.
+	/// All must outlive the renderer; plot may be null.
 	TRenderer(
 	    TProgramPluginShell& shell, const TRenderOptions& options, TEventList& events, TSoundSource& source,
-	    TSoundFileWriter& writer);
+	    TSoundFileWriter& writer, TRenderPlot* plot);
 
 	/// GUI thread. What the audio thread throws comes out here.
 	void Run(TProgressBar& progress);
@@ -39,6 +40,7 @@ private:
 	TEventList& mEvents;
 	TSoundSource& mSource;
 	TSoundFileWriter& mWriter;
+	TRenderPlot* mpPlot;
 
 	std::vector<float> mLeft;
 	std::vector<float> mRight;

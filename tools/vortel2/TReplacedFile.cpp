@@ -3,6 +3,8 @@
 
 #include "tools/vortel2/ToolErrors.h"
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -15,12 +17,22 @@
 
 namespace {
 
-std::atomic<const char*> sUnfinished{nullptr};
+std::array<std::atomic<const char*>, 2> sUnfinished{};
 static_assert(std::atomic<const char*>::is_always_lock_free, "a signal handler reads it");
 
+/// Puts one pointer in the place of another; null stands for no file.
+void Exchange(const char* from, const char* to) {
+	for (auto& entry : sUnfinished) {
+		const char* expected = from;
+		if (entry.compare_exchange_strong(expected, to))
+			return;
+	}
+}
+
 void RemoveUnfinishedAndEnd(int signal) {
-	if (const char* path = sUnfinished.load())
-		unlink(path);
+	for (const auto& entry : sUnfinished)
+		if (const char* path = entry.load())
+			unlink(path);
 	std::signal(signal, SIG_DFL);
 	raise(signal);
 }
@@ -60,7 +72,7 @@ TReplacedFile::~TReplacedFile() {
 	if (mDescriptor >= 0)
 		close(mDescriptor);
 	if (!mTemporary.empty()) {
-		sUnfinished = nullptr;
+		Exchange(mTemporary.c_str(), nullptr);
 		unlink(mTemporary.c_str());
 	}
 }
@@ -71,7 +83,16 @@ void TReplacedFile::Open() {
 	if (mDescriptor < 0)
 		Fail();
 	mTemporary = name;
-	sUnfinished = mTemporary.c_str();
+	Exchange(nullptr, mTemporary.c_str());
+}
+
+void TReplacedFile::Write(std::span<const uint8_t> bytes) const {
+	while (!bytes.empty()) {
+		const ssize_t written = write(mDescriptor, bytes.data(), bytes.size());
+		if (written < 0 && errno != EINTR)
+			Fail();
+		bytes = bytes.subspan(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+	}
 }
 
 void TReplacedFile::Commit() {
@@ -81,7 +102,7 @@ void TReplacedFile::Commit() {
 	mDescriptor = -1;
 	if (!isWritten || !isClosed || std::rename(mTemporary.c_str(), mPath.c_str()) != 0)
 		Fail();
-	sUnfinished = nullptr;
+	Exchange(mTemporary.c_str(), nullptr);
 	mTemporary.clear();
 }
 

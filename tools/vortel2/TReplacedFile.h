@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
+#include <span>
 #include <string>
 
 /// A file that is written beside its target and renamed over it when it is whole. Until Commit the target stays as it
 /// was, and nothing stays behind when the object goes first or a signal ends the program. Throws TWorkError.
 ///
-/// A target that is a symbolic link keeps being one: what it points to is replaced. One at a time.
+/// A target that is a symbolic link keeps being one: what it points to is replaced. Two at a time at most.
 class TReplacedFile {
 public:
 	/// Refuses a target that is there and is no regular file, or that may not be written.
@@ -20,6 +22,7 @@ public:
 	/// As the user wrote it.
 	const std::string& Target() const noexcept { return mTarget; }
 
+	void Write(std::span<const uint8_t> bytes) const;
 	/// Brings the contents to the disk and the file to its place.
 	void Commit();
 

@@ -26,7 +26,7 @@ TEST(DemoLoopTest, FourBarsOfDrumsBelowFullScale) {
 	EXPECT_EQ(levels.mFrames, 4 * 4 * 22050);
 	EXPECT_LT(levels.mPeak, 0.9);
 	EXPECT_GT(levels.mPeak, 0.7);
-	EXPECT_GT(levels.mRms, 0.05);
+	EXPECT_GT(levels.Rms(), 0.05);
 }
 
 TEST(DemoLoopTest, SameSamplesEachTimeAndADrumOnEveryBeat) {
