@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The names that a VST 3 host looks up in the shared object. Nothing else is visible from outside.
 
+#include "framework/foundation/Folders.h"
 #include "framework/foundation/TLog.h"
 #include "platform/linux/TXdgFolders.h"
 #include "plugin/Vst3Instances.h"
@@ -9,14 +10,16 @@
 namespace {
 
 // Standard output belongs to the host.
-void DirectLog() {
+void DirectFiles() {
+	static const TXdgFolders kFolders;
+	Folders::UseSystem(&kFolders);
 	TLog::SetEchoToConsole(false);
-	TLog::SetDirectory(TXdgFolders().LogDirectory());
+	TLog::SetDirectory(Folders::Logs());
 }
 
 TVst3PluginFactory* Factory() {
 	static TVst3PluginFactory* factory = [] {
-		DirectLog();
+		DirectFiles();
 		static TVst3PluginFactory made(&Vst3Instances::Create);
 		return &made;
 	}();

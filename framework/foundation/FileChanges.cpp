@@ -54,7 +54,7 @@ void FileChanges::RemoveListener(const TListener& listener) {
 }
 
 void FileChanges::IgnoreFolder(const TDirectory& folder) {
-	if (!folder.IsEmpty())
+	if (!folder.IsEmpty() && Registry().mIgnoredFolders.IndexOf(folder.Path()) < 0)
 		Registry().mIgnoredFolders.Append(folder.Path());
 }
 

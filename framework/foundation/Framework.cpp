@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "framework/foundation/Framework.h"
 
+#include "framework/foundation/Folders.h"
 #include "framework/foundation/TCommandPoolGlobals.h"
 #include "framework/foundation/TLog.h"
 #include "framework/foundation/TRandom.h"
@@ -60,6 +61,7 @@ constexpr auto kServices = std::to_array<TService>({
     {&Create<TThreadCommunicator>, &TThreadCommunicator::Destroy, false},
     {&Create<TSystemGlobals>, &TSystemGlobals::Destroy, false},
     {&TString::SetupStrings, &TString::CleanupStrings, true},
+    {&DoNothing, &Folders::Forget, true},
     {&DoNothing, &TLog::Drop, true},
     {&TOutOfMemoryException::PrepareMessage, &TOutOfMemoryException::ReleaseMessage, true},
     {&TStructuredExceptionHandler::Create, &TStructuredExceptionHandler::Destroy, true},

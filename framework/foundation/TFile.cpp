@@ -43,12 +43,13 @@ bool TFile::Open(TMode mode) {
 	return IsOpen();
 }
 
-void TFile::Close() {
+bool TFile::Close() {
 	if (!mpStream)
-		return;
-	std::fclose(std::exchange(mpStream, nullptr));
+		return true;
+	const bool isWritten = std::fclose(std::exchange(mpStream, nullptr)) == 0;
 	if (mMode != kReadOnly)
 		ReportFileChange(mPath);
+	return isWritten;
 }
 
 bool TFile::Exists() const {

@@ -28,8 +28,9 @@ public:
 
 	/// False if the file cannot be opened or is a folder. Closes what was open.
 	bool Open(TMode mode = kReadWriteNew);
-	/// Reports the file to the listeners for file changes if it was open for writing.
-	void Close();
+	/// Reports the file to the listeners for file changes if it was open for writing. False if not all of it got to the
+	/// disk.
+	bool Close();
 
 	bool IsOpen() const noexcept { return mpStream != nullptr; }
 

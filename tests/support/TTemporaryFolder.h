@@ -3,11 +3,13 @@
 
 #include "framework/foundation/TDirectory.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 /// A fresh folder for a test; gone with everything in it at the end.
 class TTemporaryFolder {
@@ -33,6 +35,15 @@ public:
 
 	void Write(const std::string& name, const std::string& bytes) const {
 		std::ofstream(PathOf(name), std::ios::binary) << bytes;
+	}
+
+	/// The names in it, sorted.
+	std::vector<std::string> Names() const {
+		std::vector<std::string> names;
+		for (const auto& entry : std::filesystem::directory_iterator(mPath))
+			names.push_back(entry.path().filename());
+		std::sort(names.begin(), names.end());
+		return names;
 	}
 
 	std::string Read(const std::string& name) const {

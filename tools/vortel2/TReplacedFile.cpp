@@ -3,15 +3,11 @@
 
 #include "tools/vortel2/ToolErrors.h"
 
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -37,87 +33,39 @@ void RemoveUnfinishedAndEnd(int signal) {
 	raise(signal);
 }
 
-std::string BehindLinks(const std::string& path) {
-	const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr), &std::free);
-	return resolved ? std::string(resolved.get()) : path;
-}
-
-std::string Folder(const std::string& path) {
-	const std::size_t slash = path.rfind('/');
-	return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
+bool IsFolder(const std::string& path) {
+	struct stat present;
+	return stat(path.c_str(), &present) == 0 && S_ISDIR(present.st_mode);
 }
 
 } // namespace
 
-TReplacedFile::TReplacedFile(std::string target) : mTarget(std::move(target)), mPath(BehindLinks(mTarget)) {
-	if (mTarget.empty() || mTarget.back() == '/') {
-		errno = mTarget.empty() ? ENOENT : EISDIR;
+TReplacedFile::TReplacedFile(std::string target) : mTarget(std::move(target)), mReplacement(mTarget) {
+	if (!mReplacement.IsGood())
 		Fail();
-	}
-
-	struct stat present {};
-
-	if (stat(mPath.c_str(), &present) == 0) {
-		if (S_ISDIR(present.st_mode))
-			throw TWorkError(mTarget + ": is a folder");
-		if (!S_ISREG(present.st_mode))
-			throw TWorkError(mTarget + ": is not a regular file");
-		if (access(mPath.c_str(), W_OK) != 0)
-			Fail();
-	}
-	Open();
+	Exchange(nullptr, mReplacement.TemporaryPath().c_str());
 }
 
 TReplacedFile::~TReplacedFile() {
-	if (mDescriptor >= 0)
-		close(mDescriptor);
-	if (!mTemporary.empty()) {
-		Exchange(mTemporary.c_str(), nullptr);
-		unlink(mTemporary.c_str());
-	}
+	Exchange(mReplacement.TemporaryPath().c_str(), nullptr);
 }
 
-void TReplacedFile::Open() {
-	std::string name = Folder(mPath) + ".vortel2-XXXXXX";
-	mDescriptor = mkstemp(name.data());
-	if (mDescriptor < 0)
+void TReplacedFile::Write(std::span<const uint8_t> bytes) {
+	if (!mReplacement.Write(bytes))
 		Fail();
-	mTemporary = name;
-	Exchange(nullptr, mTemporary.c_str());
-}
-
-void TReplacedFile::Write(std::span<const uint8_t> bytes) const {
-	while (!bytes.empty()) {
-		const ssize_t written = write(mDescriptor, bytes.data(), bytes.size());
-		if (written < 0 && errno != EINTR)
-			Fail();
-		bytes = bytes.subspan(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
-	}
 }
 
 void TReplacedFile::Commit() {
-	SetMode();
-	const bool isWritten = fsync(mDescriptor) == 0;
-	const bool isClosed = close(mDescriptor) == 0;
-	mDescriptor = -1;
-	if (!isWritten || !isClosed || std::rename(mTemporary.c_str(), mPath.c_str()) != 0)
+	if (!mReplacement.Commit())
 		Fail();
-	Exchange(mTemporary.c_str(), nullptr);
-	mTemporary.clear();
-}
-
-/// The mode that the target has, or that a newly created file would get.
-void TReplacedFile::SetMode() {
-	struct stat present {};
-
-	const mode_t mask = umask(0);
-	umask(mask);
-	const bool exists = stat(mPath.c_str(), &present) == 0;
-	fchmod(mDescriptor, exists ? present.st_mode & 07777 : 0666 & ~mask);
 }
 
 void TReplacedFile::Fail() const {
-	throw TWorkError(mTarget + ": " + std::strerror(errno));
+	if (mReplacement.Error() == EINVAL)
+		throw TWorkError(mTarget + ": is not a regular file");
+	if (mReplacement.Error() == EISDIR && IsFolder(mTarget))
+		throw TWorkError(mTarget + ": is a folder");
+	throw TWorkError(mTarget + ": " + std::strerror(mReplacement.Error()));
 }
 
 void TReplacedFile::HandleSignals() {

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "framework/foundation/TFileReplacement.h"
+
 #include <cstdint>
 #include <span>
 #include <string>
 
-/// A file that is written beside its target and renamed over it when it is whole. Until Commit the target stays as it
-/// was, and nothing stays behind when the object goes first or a signal ends the program. Throws TWorkError.
-///
-/// A target that is a symbolic link keeps being one: what it points to is replaced. Two at a time at most.
+/// A file that is written beside its target and renamed over it when it is whole: a TFileReplacement that throws
+/// TWorkError, and that a signal which ends the program does not leave behind. Two at a time at most.
 class TReplacedFile {
 public:
 	/// Refuses a target that is there and is no regular file, or that may not be written.
@@ -17,12 +17,12 @@ public:
 	TReplacedFile(const TReplacedFile&) = delete;
 	TReplacedFile& operator=(const TReplacedFile&) = delete;
 
-	int Descriptor() const noexcept { return mDescriptor; }
+	int Descriptor() const noexcept { return mReplacement.Descriptor(); }
 
 	/// As the user wrote it.
 	const std::string& Target() const noexcept { return mTarget; }
 
-	void Write(std::span<const uint8_t> bytes) const;
+	void Write(std::span<const uint8_t> bytes);
 	/// Brings the contents to the disk and the file to its place.
 	void Commit();
 
@@ -31,12 +31,8 @@ public:
 	static void HandleSignals();
 
 private:
-	void Open();
-	void SetMode();
 	[[noreturn]] void Fail() const;
 
 	std::string mTarget;
-	std::string mPath;      // the target behind all links
-	std::string mTemporary; // empty once renamed
-	int mDescriptor = -1;
+	TFileReplacement mReplacement;
 };

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "framework/foundation/Folders.h"
 #include "framework/foundation/TLog.h"
 #include "platform/linux/TXdgFolders.h"
 #include "tools/vortel2/CommandLine.h"
@@ -6,7 +7,9 @@
 
 int main(int argc, char** argv) {
 	TReplacedFile::HandleSignals();
+	const TXdgFolders folders;
+	Folders::UseSystem(&folders);
 	TLog::SetEchoToConsole(false);
-	TLog::SetDirectory(TXdgFolders().LogDirectory());
+	TLog::SetDirectory(Folders::Logs());
 	return RunCommandLine(argc, argv);
 }
