@@ -5,6 +5,7 @@
 #include "plugin/CreatePluginShell.h"
 #include "tests/plugin/TInstanceDriver.h"
 #include "tests/support/TFrameworkFixture.h"
+#include "tests/support/TTemporaryFolder.h"
 
 #include <filesystem>
 #include <fstream>
@@ -95,10 +96,9 @@ TEST_F(TCreatePluginShellTest, FailureGivesNullAndLeavesTheWayOpen) {
 }
 
 TEST_F(TCreatePluginShellTest, LogTellsOfApiAndInstances) {
-	const auto folder = std::filesystem::temp_directory_path() / "vortel-plugin-tests-log";
-	std::filesystem::create_directories(folder);
+	const TTemporaryFolder folder;
 	TLog::Drop();
-	TLog::SetDirectory(TDirectory(TString(folder.c_str(), kFileSystemEncoding)));
+	TLog::SetDirectory(folder.Directory());
 	TAudioPluginShell* first = CreatePluginShell(kProgramHost, nullptr);
 	TAudioPluginShell* second = CreatePluginShell(kProgramHost, nullptr);
 	ReleasePluginShell(first);
@@ -106,9 +106,8 @@ TEST_F(TCreatePluginShellTest, LogTellsOfApiAndInstances) {
 	CreatePluginShell(kAudioUnitHost, nullptr);
 	TLog::Drop();
 	std::stringstream text;
-	for (const auto& file : std::filesystem::directory_iterator(folder))
+	for (const auto& file : std::filesystem::directory_iterator(folder.PathOf("")))
 		text << std::ifstream(file.path()).rdbuf();
-	std::filesystem::remove_all(folder);
 
 	std::string events;
 	for (std::string line; std::getline(text, line);) {
