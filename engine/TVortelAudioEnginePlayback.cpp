@@ -204,7 +204,8 @@ bool TVortelAudioEngine::ScheduleAtGridPoint(int32_t note) {
 	const double interval = mSamplesPerBeat / pointsPerBeat;
 	const double points = MusicalTime::Settle(MusicalTime::Lift(mHostPosition * pointsPerBeat, 1.0), interval);
 	const double samplesSincePoint = MusicalTime::SamplesSinceWhole(points, interval);
-	if (samplesSincePoint < SampleRate() / 1000)
+	const int32_t wholeMillisecond = SampleRate() / 1000;
+	if (samplesSincePoint < wholeMillisecond)
 		return false;
 	mpScheduler->Schedule(
 	    new TVortelApplyMIDISceneChangeCommand(this, note), MusicalTime::Delay(interval - samplesSincePoint));

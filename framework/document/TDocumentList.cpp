@@ -118,7 +118,7 @@ bool TDocumentListBase::HasOwnMembers() const noexcept {
 
 TPtr<TDocumentNode> TDocumentListBase::CreateFromXml(const TString& name, bool hasTypeAttribute) {
 	const TString typeName = hasTypeAttribute ? name : ClassForElementName(name);
-	const TPtr<TDocumentNode> element = CreateElementOfType(typeName, hasTypeAttribute);
+	TPtr<TDocumentNode> element = CreateElementOfType(typeName, hasTypeAttribute);
 	if (!element && !HasOwnMembers()) {
 		throw TReadableException(TString::Format(
 		    "Fatal error while reading a document. Failed to create an object of type '%s'!", typeName));

@@ -49,7 +49,7 @@ TString TDocumentNode::BuildValuePath(const TObservable* value, const TDocumentN
 }
 
 TString TDocumentNode::RelativeValuePath(const TObservable* value) const {
-	const TString name = NameOfProperty(value);
+	TString name = NameOfProperty(value);
 	if (!name.IsEmpty())
 		return name;
 	for (const TValueProperty& property : mObservables) {

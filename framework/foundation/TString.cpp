@@ -184,7 +184,7 @@ int TString::CompareIgnoringCase(const TString& other) const {
 	const std::u16string_view a = View();
 	const std::u16string_view b = other.View();
 	const auto order = std::lexicographical_compare_three_way(a.begin(), a.end(), b.begin(), b.end(), lowerOrder);
-	return order < 0 ? -1 : order > 0 ? 1 : 0;
+	return std::is_lt(order) ? -1 : std::is_gt(order) ? 1 : 0;
 }
 
 bool TString::EqualsAscii(const char* ascii) const noexcept {
@@ -366,7 +366,7 @@ void TString::ToUpper() {
 }
 
 void TString::RemoveAllIgnoringCase(const TString& text) {
-	const TString pattern = text;
+	const TString pattern = text; // NOLINT(performance-unnecessary-copy-initialization): it may be this very string
 	const int32_t length = pattern.Length();
 	for (int32_t at = FindIgnoringCase(pattern); at >= 0; at = FindIgnoringCase(pattern, at))
 		Remove(at, at + length);

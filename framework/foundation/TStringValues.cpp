@@ -10,7 +10,7 @@
 #include <cmath>
 #include <cstdio>
 #include <limits>
-#include <locale.h>
+#include <locale.h> // NOLINT(modernize-deprecated-headers): newlocale is of POSIX
 #include <mutex>
 #include <type_traits>
 

@@ -25,7 +25,7 @@ TDirectory AbsoluteFolder(const char* path) {
 
 /// The password database knows users whose environment says nothing, as under some service managers.
 TDirectory Home() {
-	const TDirectory home = AbsoluteFolder(std::getenv("HOME"));
+	TDirectory home = AbsoluteFolder(std::getenv("HOME"));
 	if (!home.IsEmpty())
 		return home;
 	const passwd* user = getpwuid(getuid());

@@ -14,7 +14,7 @@ constexpr int32_t kRate = 44100;
 constexpr double kSamplesPerSixteenth = kRate * 60.0 / 120.0 / 4.0;
 constexpr std::size_t kSixteenthsPerBar = 16;
 constexpr std::size_t kBars = 4;
-constexpr std::size_t kFrames = kRate * 8;
+constexpr std::size_t kFrames = std::size_t{kRate} * 8;
 /// How far every second sixteenth comes late, in sixteenths.
 constexpr double kSwing = 0.14;
 constexpr float kPeak = 0.84f;
