@@ -9,10 +9,12 @@
 #include "framework/foundation/FileChanges.h"
 #include "framework/foundation/TDirectory.h"
 #include "framework/foundation/TFile.h"
+#include "framework/foundation/TFileReplacement.h"
 #include "framework/foundation/TReadableException.h"
 #include "framework/foundation/WholeFile.h"
 
 #include <algorithm>
+#include <span>
 
 namespace {
 
@@ -26,6 +28,10 @@ TString Text(const std::string& errors) {
 std::string_view TextOf(const TStream& stream) {
 	const auto bytes = stream.Bytes();
 	return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+std::span<const uint8_t> BytesOf(const std::string& text) {
+	return {reinterpret_cast<const uint8_t*>(text.data()), text.size()};
 }
 
 std::string_view SkipWhiteSpace(std::string_view bytes) {
@@ -55,7 +61,7 @@ void TXmlDocument::LoadFile(const TString& path) {
 		throw TReadableException(TString::Format("The XML file '%s' does not exist!", path));
 	std::string bytes;
 	TString reason;
-	if (!WholeFile::Read(path, bytes, reason))
+	if (!ReadWholeFile(path, bytes, reason))
 		ThrowUnreadable(path, reason);
 	std::string errors;
 	const LibXml::TDocument document = LibXml::Parse(bytes, errors);
@@ -141,11 +147,11 @@ std::string TXmlDocument::Print(bool writeEmptyElements, const TString& styleShe
 void TXmlDocument::SaveFile(const TString& path, bool writeEmptyElements) {
 	std::string errors;
 	const std::string text = Print(writeEmptyElements, mStyleSheet, errors);
-	TString reason = Text(errors);
-	if (text.empty() || !WholeFile::Replace(path, text, reason))
-		throw TReadableException(
-		    reason.IsEmpty() ? TString::Format("Failed to write the XML file '%s'!", path)
-		                     : TString::Format("Failed to write the XML file '%s' (%s)!", path, reason));
+	const TString reason = text.empty() ? Text(errors) : ReplaceFileContents(path, BytesOf(text));
+	if (!reason.IsEmpty())
+		throw TReadableException(TString::Format("Failed to write the XML file '%s' (%s)!", path, reason));
+	if (text.empty())
+		throw TReadableException(TString::Format("Failed to write the XML file '%s'!", path));
 	ReportFileChange(path);
 	mFileName.Set(path);
 }
@@ -157,7 +163,7 @@ void TXmlDocument::SaveMemory(TStream& stream, bool writeEmptyElements) {
 		throw TReadableException(
 		    errors.empty() ? TString("Unknown error while writing a XML file.")
 		                   : TString::Format("Error while writing a XML file (%s)!", Text(errors)));
-	stream.Assign({reinterpret_cast<const uint8_t*>(text.data()), text.size()});
+	stream.Assign(BytesOf(text));
 }
 
 int32_t TXmlDocument::CurrentVersion() const {

@@ -26,7 +26,7 @@ public:
 	explicit TXmlDocument(TDocumentNode& owner);
 
 	void LoadFile(const TString& path);
-	/// Replaces the file in one step, see WholeFile::Replace.
+	/// Replaces the file in one step, see TFileReplacement.
 	void SaveFile(const TString& path, bool writeEmptyElements);
 	/// Leading white space is skipped.
 	void LoadMemory(const TStream& bytes);

@@ -2,141 +2,67 @@
 #include "framework/foundation/WholeFile.h"
 
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 namespace {
 
-/// Closes what it holds.
 class TDescriptor {
 public:
-	explicit TDescriptor(int descriptor) : mDescriptor(descriptor) {}
+	// Never waits for the other end of a pipe.
+	explicit TDescriptor(const TString& path)
+	    : mDescriptor(open(path.CString(kFileSystemEncoding), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
 
-	~TDescriptor() { Close(); }
+	~TDescriptor() {
+		if (mDescriptor >= 0)
+			close(mDescriptor);
+	}
 
 	TDescriptor(const TDescriptor&) = delete;
 	TDescriptor& operator=(const TDescriptor&) = delete;
 
 	int Get() const { return mDescriptor; }
 
-	bool IsOpen() const { return mDescriptor >= 0; }
-
-	bool Close() { return mDescriptor < 0 || close(std::exchange(mDescriptor, -1)) == 0; }
-
 private:
 	int mDescriptor;
 };
 
-TString LastError() {
-	return TString(std::strerror(errno), kPlatformEncoding);
+/// 0, or the errno of what keeps the file from being read in one piece.
+int WhyUnreadable(int descriptor, struct stat& status) {
+	if (descriptor < 0 || fstat(descriptor, &status) != 0)
+		return errno;
+	if (!S_ISREG(status.st_mode))
+		return S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+	return status.st_size > kLargestWholeFile ? EFBIG : 0;
 }
 
-std::string NativePath(const TString& path) {
-	std::string bytes;
-	path.ToBytes(bytes, kFileSystemEncoding);
-	return bytes;
-}
-
-std::string BehindLinks(const std::string& path) {
-	const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr), &std::free);
-	return resolved ? std::string(resolved.get()) : path;
-}
-
-bool WriteAll(int descriptor, std::string_view bytes) {
-	while (!bytes.empty()) {
-		const ssize_t written = write(descriptor, bytes.data(), bytes.size());
-		if (written < 0 && errno == EINTR)
-			continue;
-		if (written <= 0)
-			return false;
-		bytes.remove_prefix(static_cast<std::size_t>(written));
+/// As WhyUnreadable. A file that is shortened meanwhile ends early.
+int ReadAll(int descriptor, std::string& bytes) {
+	std::size_t done = 0;
+	while (done < bytes.size()) {
+		const ssize_t count = read(descriptor, bytes.data() + done, bytes.size() - done);
+		if (count < 0 && errno != EINTR)
+			return errno;
+		if (count == 0)
+			bytes.resize(done);
+		done += count > 0 ? static_cast<std::size_t>(count) : 0;
 	}
-	return true;
-}
-
-/// The mode that the target has, or that a newly created file would get.
-mode_t ModeFor(const std::string& path) {
-	struct stat present {};
-
-	if (stat(path.c_str(), &present) == 0)
-		return present.st_mode & 07777;
-	const mode_t mask = umask(0);
-	umask(mask);
-	return 0666 & ~mask;
-}
-
-bool WriteTemporary(TDescriptor& file, const std::string& target, std::string_view bytes) {
-	return WriteAll(file.Get(), bytes) && fchmod(file.Get(), ModeFor(target)) == 0 && fsync(file.Get()) == 0;
+	return 0;
 }
 
 } // namespace
 
-bool WholeFile::Read(const TString& path, std::string& bytes, TString& reason) {
-	// Never waits for the other end of a pipe.
-	TDescriptor file(open(NativePath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-
-	struct stat status {};
-
-	if (!file.IsOpen() || fstat(file.Get(), &status) != 0) {
-		reason = LastError();
-		return false;
+bool ReadWholeFile(const TString& path, std::string& bytes, TString& reason) {
+	const TDescriptor file(path);
+	struct stat status;
+	int error = WhyUnreadable(file.Get(), status);
+	if (error == 0) {
+		bytes.resize(static_cast<std::size_t>(status.st_size));
+		error = ReadAll(file.Get(), bytes);
 	}
-	if (!S_ISREG(status.st_mode)) {
-		reason = S_ISDIR(status.st_mode) ? "Is a directory" : "Not a regular file";
-		return false;
-	}
-	if (status.st_size > kLargest) {
-		reason = "File too large";
-		return false;
-	}
-	bytes.resize(static_cast<std::size_t>(status.st_size));
-	std::size_t done = 0;
-	while (done < bytes.size()) {
-		const ssize_t count = read(file.Get(), bytes.data() + done, bytes.size() - done);
-		if (count < 0 && errno == EINTR)
-			continue;
-		if (count < 0) {
-			reason = LastError();
-			return false;
-		}
-		if (count == 0)
-			break; // somebody has shortened it meanwhile
-		done += static_cast<std::size_t>(count);
-	}
-	bytes.resize(done);
-	return true;
-}
-
-bool WholeFile::Replace(const TString& path, std::string_view bytes, TString& reason) {
-	const std::string target = BehindLinks(NativePath(path));
-
-	struct stat present {};
-
-	if (stat(target.c_str(), &present) == 0 && !S_ISREG(present.st_mode)) {
-		reason = S_ISDIR(present.st_mode) ? "Is a directory" : "Not a regular file";
-		return false;
-	}
-	if (access(target.c_str(), W_OK) != 0 && errno != ENOENT) {
-		reason = LastError();
-		return false;
-	}
-	std::string temporary = target + ".XXXXXX";
-	TDescriptor file(mkostemp(temporary.data(), O_CLOEXEC));
-	if (!file.IsOpen()) {
-		reason = LastError();
-		return false;
-	}
-	const bool isDone =
-	    WriteTemporary(file, target, bytes) && file.Close() && std::rename(temporary.c_str(), target.c_str()) == 0;
-	if (!isDone) {
-		reason = LastError();
-		unlink(temporary.c_str());
-	}
-	return isDone;
+	if (error != 0)
+		reason = TString(strerrordesc_np(error));
+	return error == 0;
 }
