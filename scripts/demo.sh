@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
-# Builds the program, renders its drum loop and the same loop through the Retrigger, and says what became of it.
-# Usage: scripts/demo.sh [FOLDER]   where the two files go; default build/demo
+# Builds the program, renders its drum loop once through each effect and once through all ten, draws a picture of each
+# render, and says what became of the loop.
+# Usage: scripts/demo.sh [FOLDER]   where the files go; default build/demo
 set -euo pipefail
 folder=$(realpath -m "${1:-$(dirname "$0")/../build/demo}")
 cd "$(dirname "$0")/.."
+source scripts/effect-recipes.sh
 
 scripts/install-packages.sh
 cmake --preset release >/dev/null
@@ -11,13 +13,17 @@ cmake --build --preset release --target vortel2
 
 vortel2=build/release/bin/vortel2
 mkdir -p "$folder"
-dry=$folder/loop.wav
-processed=$folder/loop-retriggered.wav
-
-"$vortel2" render --demo-dry "$dry" --demo "$processed" \
-  --steps 'RET=----*+++----*+*+' --param 'RET:Initial Speed=1 / 16th' --param 'RET:Final Speed=1 / 64th' \
-  --param 'RET:Decay=30'
+"$vortel2" render --quiet --demo-dry "$folder/loop.wav"
+processed=()
+for effect in "${effects[@]}" all; do
+  recipe "$effect"
+  file=$folder/loop-$effect.wav
+  "$vortel2" render --quiet --demo "$file" --plot "${file%.wav}.png" "${recipe[@]}"
+  processed+=("$file")
+done
 
 echo
-echo "before: $("$vortel2" levels "$dry")"
-echo "after:  $("$vortel2" levels "$processed")"
+echo "before:"
+"$vortel2" levels "$folder/loop.wav"
+echo "after, each with a picture beside it:"
+"$vortel2" levels "${processed[@]}"
