@@ -2,7 +2,6 @@
 #include "document/TVortelDevice.h"
 
 #include "document/TVortelDocument.h"
-#include "document/TVortelUndoStep.h"
 
 TVortelDevice::TVortelDevice(TVortelDocument* document, int32_t deviceIndex)
     : mpDocument(document),
@@ -24,7 +23,7 @@ TVortelDeviceParameter* TVortelDevice::Parameter(int32_t listIndex) const noexce
 }
 
 void TVortelDevice::Init() {
-	const TVortelUndoStep step(Document());
+	const TDocumentRoot::TActionGuard step(Document(), "Init Parameters");
 	for (const auto& parameter : mParameters)
 		parameter->ResetToDefault();
 	OnInit();

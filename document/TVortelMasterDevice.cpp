@@ -2,7 +2,6 @@
 #include "document/TVortelMasterDevice.h"
 
 #include "document/TVortelDocument.h"
-#include "document/TVortelUndoStep.h"
 
 TVortelMasterDevice::TVortelMasterDevice(TVortelDocument* document) : TVortelDevice(document, 0) {
 	using namespace TVortelParameterTable;
@@ -22,7 +21,7 @@ void TVortelMasterDevice::ForEachWeight(TAction action) {
 }
 
 void TVortelMasterDevice::Init() {
-	const TVortelUndoStep step(Document());
+	const TDocumentRoot::TActionGuard step(Document(), "Init Parameters");
 	ForEachWeight([](TVortelDeviceParameter& weight) { weight.ResetToDefault(); });
 	OnInit();
 }

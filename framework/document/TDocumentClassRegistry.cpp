@@ -1,15 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "framework/document/TDocumentClassRegistry.h"
 
-#include "framework/document/TDocumentNode.h"
+#include "framework/document/TDocumentByteBag.h"
+#include "framework/document/TDocumentList.h"
 #include "framework/document/TNameRules.h"
+#include "framework/document/TRestorableState.h"
 
 #include <map>
 #include <mutex>
 
 namespace {
 
+/// Knows the classes of the framework itself from the start.
 struct TRegistry {
+	TRegistry() {
+		for (const TRestorableState::TClass& state : TRestorableState::Classes())
+			mFactories[state.mTypeName] = state.mNodeFactory;
+		mFactories["DocumentByteBag"] = []() -> TDocumentNode* { return new TDocumentByteBag; };
+		mFactories["DocumentList<DocumentByteBag>"] = []() -> TDocumentNode* {
+			return new TDocumentList<TDocumentByteBag>;
+		};
+	}
+
 	std::mutex mLock;
 	std::map<TString, TDocumentClassRegistry::TFactory> mFactories;
 };

@@ -235,8 +235,10 @@ void TDocumentNode::EndLoad(bool success) {
 	});
 	if (success)
 		VisitSubtree(kAllChildren, [](TDocumentNode& node) { node.OnAfterLoad(); });
-	if (IsRoot())
-		ClearModified();
+	if (!IsRoot())
+		return;
+	ClearModified();
+	static_cast<TDocumentRoot*>(this)->ForgetSteps();
 }
 
 void TDocumentNode::BeginSave() {
@@ -368,7 +370,7 @@ void TDocumentNode::OnChange(TObservable* source, int32_t reason) {
 	if (!root || !root->AcceptsChangesFrom(this))
 		return;
 	if (reason == kWillChange)
-		return root->OnChangeBegin(this, source);
+		return root->RecordChangeBegin(*this, *source);
 	Touch();
-	root->OnChangeEnd(this, source);
+	root->RecordChangeEnd(*this, *source);
 }

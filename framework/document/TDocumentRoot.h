@@ -3,33 +3,46 @@
 
 #include "framework/document/TDocumentNode.h"
 #include "framework/document/TObservableBang.h"
+#include "framework/foundation/TStopwatch.h"
 
 #include <cstdint>
 
-/// The node at the top of a tree: where the changes below arrive. Changes count only inside an action, the bracket of
-/// what the user sees as one step. Main thread.
+class TManeuver;
+class TStepRecorder;
+class TUndoChain;
+
+/// The node at the top of a tree: where the changes below arrive and can be undone. Changes count only inside an
+/// action, the bracket of what the user sees as one step; what they are is found out by watching the members declared
+/// kUndoable. Steps lie in a temporary file, not in memory. Main thread.
+///
+/// Failures are told to the user: a step that cannot be kept or read is lost, the document itself goes on.
 class TDocumentRoot : public TDocumentNode {
 public:
-	/// Keeps changes from being recorded for its life.
-	class [[nodiscard]] TSuppressGuard {
-	public:
-		explicit TSuppressGuard(TDocumentRoot& root) : mRoot(root) { ++mRoot.mRecordingSuppressed; }
+	class TActionGuard;
+	class TSuppressGuard;
 
-		~TSuppressGuard() { --mRoot.mRecordingSuppressed; }
+	static constexpr double kMergeMilliseconds = 2000.0;
 
-		TSuppressGuard(const TSuppressGuard&) = delete;
-		TSuppressGuard& operator=(const TSuppressGuard&) = delete;
+	~TDocumentRoot() override;
 
-	private:
-		TDocumentRoot& mRoot;
-	};
-
-	/// Opens a step.
+	/// Opens a step; one that is open and holds records is closed first.
 	void BeginAction();
 	/// Closes it. UndoTransactionEnded comes even if no step was open.
 	void EndAction();
+	/// Names the open step; ignored if there is none, or if it has a name. A mergeable step continues the last one, if
+	/// that has the same name and was named less than `timeMs` ago.
+	void BeginUndoableAction(const TString& name, bool mergeable = false, double timeMs = kMergeMilliseconds);
 
 	bool IsActionOpen() const noexcept { return mActionIsOpen; }
+
+	/// Not while the open step has records.
+	bool CanUndo() const;
+	bool CanRedo() const;
+	/// Ignored if it is not possible. Both throw TReadableException when the document cannot be brought back.
+	void Undo();
+	void Redo();
+
+	TUndoChain* UndoChain() const noexcept { return mpUndoChain.Get(); }
 
 	TObservableBang& ActionBegun() noexcept { return mActionBegun; }
 
@@ -42,22 +55,79 @@ public:
 	bool IsRoot() const final { return true; }
 
 protected:
-	TDocumentRoot() = default;
+	TDocumentRoot();
 
 	virtual void UndoTransactionBegun() {}
 
 	virtual void UndoTransactionEnded() {}
 
-	/// Around each accepted change in the tree: of a value, or the event of a list or byte bag.
-	virtual void OnChangeBegin(TDocumentNode* /*node*/, TObservable* /*source*/) {}
-
-	virtual void OnChangeEnd(TDocumentNode* /*node*/, TObservable* /*source*/) {}
+	/// Since the last step was named.
+	virtual double MillisecondsSinceLastAction() const;
 
 private:
 	friend class TDocumentNode;
 
+	struct TUndoTexts;
+
+	/// Around each accepted change in the tree: of a value, or the event of a list or byte bag.
+	void RecordChangeBegin(TDocumentNode& node, TObservable& source);
+	void RecordChangeEnd(TDocumentNode& node, TObservable& source);
+	bool ContinuesLastStep(const TString& name, double timeMs) const;
+	void StoreStep();
+	void Travel(const TUndoTexts& texts, const TString& name, bool (TUndoChain::*travel)());
+	/// The tree is no longer the one that the steps are about.
+	void ForgetSteps();
+
+	TPtr<TUndoChain> mpUndoChain;
+	TOwnerPtr<TStepRecorder> mpRecorder;
+	TPtr<TManeuver> mpLastManeuver; // for a step that continues it
+	TStopwatch mLastActionTimer;
+	bool mActionIsOpen = false;
+	bool mIsMerging = false;
 	TObservableBang mActionBegun;
 	TObservableBang mActionEnded;
 	int32_t mRecordingSuppressed = 0;
-	bool mActionIsOpen = false;
+};
+
+/// A step for the guard's life, unless one is open already: then what happens belongs to that one. A null root is
+/// allowed.
+class [[nodiscard]] TDocumentRoot::TActionGuard {
+public:
+	/// forcesNewStep: closes a step that is open and holds records.
+	explicit TActionGuard(TDocumentRoot* root, bool forcesNewStep = false)
+	    : mpOpened(root && (forcesNewStep || !root->IsActionOpen()) ? root : nullptr) {
+		if (mpOpened)
+			mpOpened->BeginAction();
+	}
+
+	/// With a name, if the step has none.
+	TActionGuard(TDocumentRoot* root, const TString& name) : TActionGuard(root) {
+		if (root)
+			root->BeginUndoableAction(name);
+	}
+
+	~TActionGuard() {
+		if (mpOpened)
+			mpOpened->EndAction();
+	}
+
+	TActionGuard(const TActionGuard&) = delete;
+	TActionGuard& operator=(const TActionGuard&) = delete;
+
+private:
+	TDocumentRoot* mpOpened;
+};
+
+/// Keeps changes from being recorded for its life.
+class [[nodiscard]] TDocumentRoot::TSuppressGuard {
+public:
+	explicit TSuppressGuard(TDocumentRoot& root) : mRoot(root) { ++mRoot.mRecordingSuppressed; }
+
+	~TSuppressGuard() { --mRoot.mRecordingSuppressed; }
+
+	TSuppressGuard(const TSuppressGuard&) = delete;
+	TSuppressGuard& operator=(const TSuppressGuard&) = delete;
+
+private:
+	TDocumentRoot& mRoot;
 };

@@ -112,9 +112,11 @@ void TObservableListBase::ResizeWithDefaults(int32_t count) {
 		InsertNewElement(Size());
 }
 
-TObservable* TObservableListBase::InsertNewElement(int32_t index) {
+TObservable* TObservableListBase::InsertNewElement(int32_t index, const std::function<void(TObservable&)>& fill) {
 	TObservable* element = CreateElement();
 	try {
+		if (fill)
+			fill(*element);
 		Insert(element, index);
 	} catch (...) {
 		if (IndexOf(element) >= 0)

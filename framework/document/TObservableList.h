@@ -9,6 +9,7 @@
 #include "framework/foundation/TPtr.h"
 
 #include <cstdint>
+#include <functional>
 
 class TObservableListBase;
 
@@ -157,6 +158,8 @@ public:
 
 	/// A new element that is in no list yet.
 	virtual TObservable* CreateElement() = 0;
+	/// Makes one, lets `fill` give it a value, if there is a fill, and inserts it.
+	TObservable* InsertNewElement(int32_t index, const std::function<void(TObservable&)>& fill = {});
 
 	/// Whether elements that are lists take this list's item name, else its singular.
 	virtual bool ItemNamesAreIndexed() const { return false; }
@@ -170,7 +173,6 @@ protected:
 
 	/// What keeps the element alive beyond its time in the list.
 	virtual TPtr<TReferenceCountable> MakeKeepAlive(TObservable* element) = 0;
-	TObservable* InsertNewElement(int32_t index);
 	/// For the destructor of the class that has DestroyElement: without events.
 	void DestroyElements();
 

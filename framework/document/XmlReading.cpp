@@ -98,6 +98,8 @@ void ReadChildren(TXmlNode& node, xmlNode* element) {
 
 void XmlReading::ReadRoot(TDocumentNode& node, xmlNode* element) {
 	ReadAttributes(node, element);
+	if (node.IsByteBag())
+		return ReadBytes(static_cast<TDocumentByteBag&>(node), element);
 	TXmlNode root = TXmlNode::ForRoot(node, node.ElementName());
 	ReadChildren(root, element);
 }

@@ -53,6 +53,8 @@ public:
 
 	void WriteDouble(double value) { WriteNumber(value); }
 
+	/// The bytes alone.
+	void WriteAll(const void* buffer, int64_t bytes);
 	/// A 32-bit length and the bytes. A length that the rest of the stream cannot hold counts as its unexpected end.
 	void ReadBytes(TArray<uint8_t>& block);
 	void WriteBytes(std::span<const uint8_t> bytes);
@@ -67,7 +69,6 @@ private:
 	void WriteNumber(T value);
 
 	void ReadAll(void* buffer, int64_t bytes);
-	void WriteAll(const void* buffer, int64_t bytes);
 	bool IsSwapped() const noexcept;
 
 	TByteOrder mByteOrder = kLittleEndian;

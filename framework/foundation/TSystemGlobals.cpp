@@ -75,3 +75,8 @@ TSystemGlobals::TQuietMessages::~TQuietMessages() {
 	if (mpGlobals)
 		mpGlobals->mQuietCount.fetch_sub(1, std::memory_order_relaxed);
 }
+
+void ShowUserMessage(const TString& text, TMessageKind kind) {
+	if (TSystemGlobals* globals = TSystemGlobals::Instance())
+		globals->ShowMessage(text, kind);
+}

@@ -43,3 +43,6 @@ private:
 	TMessageDialogFunction mpMessageDialogFunction = nullptr;
 	std::atomic<int32_t> mQuietCount{0};
 };
+
+/// Through the instance's TSystemGlobals; nothing while the framework is not running.
+void ShowUserMessage(const TString& text, TMessageKind kind);

@@ -5,6 +5,7 @@
 #include "framework/document/TDocumentRoot.h"
 #include "framework/document/TObservableBaseType.h"
 #include "framework/document/TObservableList.h"
+#include "framework/document/TUndoChain.h"
 #include "framework/foundation/TThreadCommunicator.h"
 #include "framework/foundation/TThreadManager.h"
 #include "tests/support/TFrameworkFixture.h"
@@ -78,16 +79,6 @@ protected:
 	void UndoTransactionBegun() override { mChanges += "( "; }
 
 	void UndoTransactionEnded() override { mChanges += ") "; }
-
-	void OnChangeBegin(TDocumentNode*, TObservable* source) override { mChanges += Text(source); }
-
-	void OnChangeEnd(TDocumentNode*, TObservable* source) override { mChanges += Text(source); }
-
-private:
-	static std::string Text(TObservable* source) {
-		const auto* value = dynamic_cast<TSerializable*>(source);
-		return std::string(value ? value->ToString().CString() : "event") + " ";
-	}
 };
 
 class TDocumentNodeTest : public TFrameworkFixture {
@@ -235,13 +226,17 @@ TEST_F(TDocumentNodeTest, ChangesCountInsideAnActionFromTheMainThreadAndUndoable
 		value.Set(5);
 	}
 	TThreadCommunicator::Instance()->ProcessCommands();
-	EXPECT_EQ(mRoot.mChanges, "( 2 3 ");
 	EXPECT_TRUE(mRoot.IsModified());
 	mRoot.RemoveChild(&mA);
 	mRoot.AddChild(&mA, "A", kWrite);
 	value.Set(6);
 	mRoot.EndAction();
-	EXPECT_EQ(mRoot.mChanges, "( 2 3 ) ");
+	EXPECT_EQ(mRoot.mChanges, "( ) ");
+	mRoot.Undo();
+	EXPECT_EQ(value.Get(), 2);
+	EXPECT_EQ(plain.Get(), 3);
+	mRoot.Redo();
+	EXPECT_EQ(value.Get(), 3);
 	mA.RemoveProperty(&value);
 	EXPECT_FALSE(value.HasObservers());
 }
@@ -255,12 +250,16 @@ TEST_F(TDocumentNodeTest, ListsAndByteBagsReportTheirOwnChanges) {
 	mRoot.AddChild(&bag, "Bag", kWrite | kUndoable);
 	EXPECT_EQ(numbers.ItemName(), "Number");
 	EXPECT_EQ(nodes.ItemName(), "Node");
-	mRoot.BeginAction();
-	numbers.Append();
-	nodes.Insert(new TNode("n", mJournal));
-	bag.SetData(nullptr, 0);
-	bag.SetData("ab", 2);
-	EXPECT_EQ(mRoot.mChanges, "( event event event event event event ");
+	const auto nameOfStep = [this](const auto& change) {
+		const TDocumentRoot::TActionGuard step(&mRoot, true);
+		change();
+		mRoot.EndAction();
+		return mRoot.UndoChain()->UndoName();
+	};
+	EXPECT_EQ(nameOfStep([&] { bag.SetData(nullptr, 0); }), "") << "no change";
+	EXPECT_EQ(nameOfStep([&] { numbers.Append(); }), "Insert Number");
+	EXPECT_EQ(nameOfStep([&] { nodes.Insert(new TNode("n", mJournal)); }), "Insert Node");
+	EXPECT_EQ(nameOfStep([&] { bag.SetData("ab", 2); }), "Change Bag");
 	EXPECT_EQ(bag.Data().size(), 2u);
 	bag.SetData(nullptr, 0);
 	EXPECT_TRUE(bag.Data().empty());
