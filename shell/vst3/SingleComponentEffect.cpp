@@ -103,12 +103,8 @@ tresult PLUGIN_API SingleComponentEffect::getRoutingInfo(RoutingInfo& /*in*/, Ro
 }
 
 tresult PLUGIN_API
-SingleComponentEffect::activateBus(MediaType type, BusDirection direction, int32 index, TBool state) {
-	TBus* bus = FindBus(type, direction, index);
-	if (!bus)
-		return kInvalidArgument;
-	bus->mIsActive = state != 0;
-	return kResultOk;
+SingleComponentEffect::activateBus(MediaType type, BusDirection direction, int32 index, TBool /*state*/) {
+	return FindBus(type, direction, index) ? kResultOk : kInvalidArgument;
 }
 
 tresult PLUGIN_API SingleComponentEffect::setActive(TBool /*state*/) {

@@ -105,7 +105,6 @@ protected:
 		std::u16string mName;
 		SpeakerArrangement mArrangement = SpeakerArr::kEmpty; // audio
 		int32 mChannels = 0;
-		bool mIsActive = true;
 	};
 
 	using TBusses = std::vector<TBus>;

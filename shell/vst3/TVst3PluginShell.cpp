@@ -110,7 +110,10 @@ uint32 PLUGIN_API TVst3PluginShell::release() {
 	// Whoever takes and returns a reference while the instance closes down must not end it a second time.
 	mReferenceCount = 1 << 20;
 	terminate();
-	mReleaser(this);
+	HostCall(TGlobalStorage::CurrentId(), [this] {
+		mReleaser(this);
+		return kResultOk;
+	});
 	return 0;
 }
 

@@ -17,9 +17,7 @@ IPtr<TVst3Timer> TVst3Timer::Start(FUnknown* host, TTarget* target, int millisec
 	return timer;
 }
 
-TVst3Timer::TVst3Timer(IPtr<Linux::IRunLoop> runLoop, TTarget* target)
-    : mpRunLoop(std::move(runLoop)),
-      mpTarget(target) {}
+TVst3Timer::TVst3Timer(Linux::IRunLoop* runLoop, TTarget* target) : mpRunLoop(runLoop), mpTarget(target) {}
 
 void TVst3Timer::Stop() {
 	mpTarget = nullptr;

@@ -30,7 +30,7 @@ public:
 	Steinberg::uint32 PLUGIN_API release() override;
 
 private:
-	TVst3Timer(Steinberg::IPtr<Steinberg::Linux::IRunLoop> runLoop, TTarget* target);
+	TVst3Timer(Steinberg::Linux::IRunLoop* runLoop, TTarget* target);
 	~TVst3Timer() = default;
 
 	std::atomic<Steinberg::int32> mReferenceCount{1};
