@@ -7,6 +7,7 @@
 #include "document/TVortelMasterDevice.h"
 #include "document/VortelUpgrades.h"
 #include "framework/document/TNameRules.h"
+#include "framework/foundation/TFile.h"
 #include "framework/foundation/TRandom.h"
 
 #include <algorithm>
@@ -38,7 +39,7 @@ TVortelDocument::TLoadGuard::~TLoadGuard() {
 
 TVortelDocument::TVortelDocument() : TVortelDocument(TOptions()) {}
 
-TVortelDocument::TVortelDocument(const TOptions& /*options*/)
+TVortelDocument::TVortelDocument(const TOptions& options)
     : mpTempProgram(MakePtr<TVortelProgram>()),
       mpTempScene(MakePtr<TVortelScene>()),
       mpProgramClipboard(MakePtr<TVortelProgram>()),
@@ -62,9 +63,17 @@ TVortelDocument::TVortelDocument(const TOptions& /*options*/)
 	FillClipboards();
 	mActiveProgramIndex.AddObserver({this, &TVortelDocument::OnActiveProgramIndex});
 	TRandom::SetState(MicrosecondSeed());
+	FillPrograms(options);
 }
 
 TVortelDocument::~TVortelDocument() = default;
+
+void TVortelDocument::FillPrograms(const TOptions& options) {
+	if (TFile(options.mDefaultBank).Exists())
+		LoadBank(options.mDefaultBank);
+	else if (options.mRandomizeOnLoad)
+		RandomizeAllPrograms();
+}
 
 void TVortelDocument::DeclareMembers() {
 	using TNameRules::MemberNameToElementName;

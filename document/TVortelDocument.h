@@ -34,9 +34,10 @@ public:
 	static constexpr int32_t kNumberOfDevices = TVortelParameterTable::kNumberOfDevices;
 	static constexpr int32_t kNumberOfParameters = TVortelParameterTable::kNumberOfParameters;
 
-	/// What happens at the end of construction. So far every document starts with init programs, whatever they say.
+	/// What happens at the end of construction: the bank is loaded; where there is no such file, all programs are
+	/// randomised if that is wanted. Else they are init programs.
 	struct TOptions {
-		bool mLoadDefaultBank = true;
+		TString mDefaultBank;
 		bool mRandomizeOnLoad = false;
 	};
 
@@ -211,6 +212,7 @@ public:
 private:
 	friend class TVortelDevice;
 
+	void FillPrograms(const TOptions& options);
 	void RegisterParameter(const TPtr<TVortelDeviceParameter>& parameter);
 	void DeclareMembers();
 	void CreateDevices();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TVortelDocument.h"
+#include "document/TVortelPrefs.h"
 #include "document/TVortelProgram.h"
 #include "framework/foundation/TDirectory.h"
 #include "framework/foundation/TFile.h"
@@ -14,12 +15,19 @@ void ShowError(const char* message, const TReadableException& error) {
 	TSystemGlobals::Instance()->ShowMessage(TString::Format(message, error.Message()), kErrorMessage);
 }
 
+/// The next file dialog starts in the folder of this file.
+void RememberFolder(const TString& path) {
+	if (TVortelPrefs* preferences = TVortelPrefs::Instance())
+		preferences->LastUsedPath().Set(path.SubString(0, path.FindChar(u'/', path.Length() - 1, true) + 1));
+}
+
 template <class TWork>
 bool TryLoading(const TString& path, const TWork& work) {
 	if (!TFile(path).Exists() && !TDirectory(path).Exists())
 		return false;
 	try {
 		work();
+		RememberFolder(path);
 		return true;
 	} catch (const TReadableException& error) {
 		ShowError("Loading failed with the error:\n'%s'.", error);
@@ -32,6 +40,7 @@ bool TrySaving(TDocumentNode& node, const TString& path) {
 		return false;
 	try {
 		node.Save(path, false);
+		RememberFolder(path);
 		return true;
 	} catch (const TReadableException& error) {
 		ShowError("Saving failed with the error:\n'%s'.", error);

@@ -2,10 +2,13 @@
 #include "plugin/CreatePluginShell.h"
 
 #include "document/TVortelDocument.h"
+#include "document/TVortelPrefs.h"
 #include "engine/TVortelAudioEngine.h"
+#include "framework/foundation/Folders.h"
 #include "framework/foundation/TLog.h"
 #include "framework/foundation/TReadableException.h"
 #include "framework/foundation/TThreadCommunicator.h"
+#include "framework/gui/TBaseViewsPrefs.h"
 #include "plugin/Vst3Instances.h"
 #include "shell/program/TProgramPluginShell.h"
 #include "shell/vst3/TVst3PluginShell.h"
@@ -25,18 +28,30 @@ void Log(const char* text) {
 
 void RetainApi() {
 	const std::lock_guard guard(sApiMutex);
-	if (++sApiUsers == 1)
-		Log("Initializing the API...");
+	if (++sApiUsers > 1)
+		return;
+	Log("Initializing the API...");
+	TBaseViewsPrefs::Create(
+	    [] { return new TBaseViewsPrefs; }, [](TBaseViewsPrefs* preferences) { delete preferences; });
 }
 
 void ReleaseApi() {
 	const std::lock_guard guard(sApiMutex);
-	if (--sApiUsers == 0)
-		Log("Finalizing the API...");
+	if (--sApiUsers > 0)
+		return;
+	Log("Finalizing the API...");
+	TBaseViewsPrefs::Destroy();
 }
 
-TVortelDocument::TOptions DocumentOptions(int32_t hostKind) {
-	return {.mLoadDefaultBank = hostKind != kProgramHost, .mRandomizeOnLoad = false};
+/// Our own programs start the same on every machine: without preferences.
+TVortelDocument::TOptions DocumentOptions() {
+	TVortelPrefs* preferences = TVortelPrefs::Instance();
+	if (!preferences)
+		return {};
+	TString bank = preferences->DefaultBankFilename().Get();
+	if (bank.IsEmpty())
+		bank = Folders::ResourceBase().FilePath("DefaultBank.v2bnk");
+	return {.mDefaultBank = bank, .mRandomizeOnLoad = preferences->RandomizeOnLoad().Get()};
 }
 
 TPtr<TAudioPluginShell> CreateAdapter(
@@ -51,13 +66,16 @@ TPtr<TAudioPluginShell> CreateAdapter(
 }
 
 TPtr<TAudioPluginShell> CreateInstance(int32_t hostKind, void* hostContext) {
-	const auto document = MakePtr<TVortelDocument>(DocumentOptions(hostKind));
+	if (hostKind != kProgramHost)
+		TVortelPrefs::Create();
+	const auto document = MakePtr<TVortelDocument>(DocumentOptions());
 	const auto engine = MakePtr<TVortelAudioEngine>(document.Get());
 	return CreateAdapter(hostKind, hostContext, document, engine);
 }
 
 // The queued commands release objects through the singletons of this instance's storage, so they run while it lives.
 void EndInstance() {
+	TVortelPrefs::Destroy();
 	TThreadCommunicator::Instance()->FlushAllCommands();
 	ReleaseApi();
 }

@@ -34,7 +34,7 @@ public:
 	explicit TEffectCase(const TEffectOptions& options)
 	    : TSoundCase(options.mTail),
 	      mOptions(options),
-	      mpDocument(MakePtr<TVortelDocument>(TVortelDocument::TOptions{.mLoadDefaultBank = false})),
+	      mpDocument(MakePtr<TVortelDocument>()),
 	      mFirstId(mpDocument->Device(options.mDevice)->FirstParameterId()) {
 		for (const auto& [id, value] : options.mParameters)
 			Scene().SetParameterValue(id, value);

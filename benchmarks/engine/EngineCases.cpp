@@ -29,9 +29,7 @@ public:
 /// turn have a step each.
 class TEngineCase final : public TSoundCase {
 public:
-	explicit TEngineCase(const TEngineOptions& options)
-	    : mOptions(options),
-	      mpDocument(MakePtr<TVortelDocument>(TVortelDocument::TOptions{.mLoadDefaultBank = false})) {
+	explicit TEngineCase(const TEngineOptions& options) : mOptions(options), mpDocument(MakePtr<TVortelDocument>()) {
 		FillPattern();
 		mpEngine = MakePtr<TVortelAudioEngine>(mpDocument.Get());
 		mpEngine->SetSampleRate(kSampleRate);

@@ -15,6 +15,8 @@
 
 namespace {
 
+constexpr int kNoRegularFile = EINVAL;
+
 std::string Bytes(const TString& path) {
 	std::string bytes;
 	path.ToBytes(bytes, kFileSystemEncoding);
@@ -69,7 +71,7 @@ bool TFileReplacement::Check() {
 		mError = mPath.empty() ? ENOENT : EISDIR;
 	} else if (stat(mPath.c_str(), &present) == 0) {
 		if (!S_ISREG(present.st_mode))
-			mError = S_ISDIR(present.st_mode) ? EISDIR : EINVAL;
+			mError = S_ISDIR(present.st_mode) ? EISDIR : kNoRegularFile;
 		else // the rename would not ask for the file's own rights
 			Require(access(mPath.c_str(), W_OK) == 0);
 	}
@@ -112,6 +114,8 @@ bool TFileReplacement::Commit() {
 }
 
 TString TFileReplacement::ErrorText() const {
+	if (mError == kNoRegularFile)
+		return "Not a regular file";
 	const char* text = mError == 0 ? "" : strerrordesc_np(mError);
 	return text ? TString(text) : TString();
 }

@@ -47,9 +47,7 @@ protected:
 		TFrameworkFixture::TearDown();
 	}
 
-	static TPtr<TVortelDocument> NewDocument() {
-		return MakePtr<TVortelDocument>(TVortelDocument::TOptions{.mLoadDefaultBank = false});
-	}
+	static TPtr<TVortelDocument> NewDocument() { return MakePtr<TVortelDocument>(); }
 
 	/// Any bank that a user could make.
 	void FillAtRandom(uint32_t seed, int scenesPerProgram) {

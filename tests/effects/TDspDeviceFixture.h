@@ -48,7 +48,7 @@ class TDspDeviceFixture : public TFrameworkFixture {
 protected:
 	void SetUp() override {
 		TFrameworkFixture::SetUp();
-		mpDocument = MakePtr<TVortelDocument>(TVortelDocument::TOptions{.mLoadDefaultBank = false});
+		mpDocument = MakePtr<TVortelDocument>();
 	}
 
 	void TearDown() override {

@@ -20,7 +20,7 @@ protected:
 	void SetUp() override {
 		TFrameworkFixture::SetUp();
 		FakeDevices::Log() = {};
-		mpDocument = MakePtr<TVortelDocument>(TVortelDocument::TOptions{.mLoadDefaultBank = false});
+		mpDocument = MakePtr<TVortelDocument>();
 		mpEngine = MakePtr<TVortelAudioEngine>(mpDocument.Get());
 		mpEngine->SetInputChannels(1);
 		mpEngine->SetOutputChannels(1);

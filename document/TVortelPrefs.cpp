@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/TVortelPrefs.h"
+
+#include "framework/document/TNameRules.h"
+#include "framework/foundation/Folders.h"
+#include "framework/gui/TBaseViewsPrefs.h"
+
+TVortelPrefs::TVortelPrefs()
+    : mpShowToolTips(TBaseViewsPrefs::Instance()->ShowTooltips()),
+      mpWarpCursorOnDrag(TBaseViewsPrefs::Instance()->WarpCursorOnDrag()) {
+	using TNameRules::MemberNameToElementName;
+	OnLoadBegin();
+	AddPreference(&mDefaultBankFilename, MemberNameToElementName("mDefaultBankFilename"));
+	AddPreference(&mLastUsedPath, MemberNameToElementName("mLastUsedPath"));
+	AddPreference(&mpShowToolTips, MemberNameToElementName("mpShowToolTips"));
+	AddPreference(&mpWarpCursorOnDrag, MemberNameToElementName("mpWarpCursorOnDrag"));
+	AddPreference(&mRandomizeOnLoad, MemberNameToElementName("mRandomizeOnLoad"));
+	FinishDeclaration();
+}
+
+void TVortelPrefs::Create() {
+	SetCreateInEveryStorage(false);
+	TApplicationPreferences::Create(
+	    [] { return static_cast<TApplicationPreferences*>(new TVortelPrefs); },
+	    [](TApplicationPreferences* preferences) { delete preferences; });
+}
+
+void TVortelPrefs::OnLoadBegin() {
+	mDefaultBankFilename.Set({});
+	mLastUsedPath.Set(Folders::Documents().Path());
+	mpShowToolTips.Set(true);
+	mpWarpCursorOnDrag.Set(true);
+	mRandomizeOnLoad.Set(true);
+}

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "framework/document/TApplicationPreferences.h"
+
+#include "framework/foundation/Folders.h"
+#include "framework/foundation/TFile.h"
+#include "framework/foundation/TLog.h"
+#include "framework/foundation/TReadableException.h"
+#include "framework/foundation/TSystemGlobals.h"
+
+TString TApplicationPreferences::FilePath() {
+	const TDirectory folder = Folders::Preferences();
+	return folder.IsEmpty() ? TString() : folder.FilePath("Config.xml");
+}
+
+void TApplicationPreferences::AddPreference(TSerializable* value, const TString& name) {
+	mValues.Append(value);
+	AddProperty(value, name, kWrite);
+}
+
+TList<TString> TApplicationPreferences::Texts() const {
+	TList<TString> texts;
+	for (const TSerializable* value : mValues)
+		texts.Append(value->ToString());
+	return texts;
+}
+
+bool TApplicationPreferences::LoadIfGood(const TString& path) {
+	if (!TFile(path).Exists())
+		return false;
+	try {
+		Load(path);
+		return true;
+	} catch (const TReadableException&) {
+		return false;
+	}
+}
+
+void TApplicationPreferences::SaveChanges() {
+	const TString path = FilePath();
+	if (path.IsEmpty())
+		return;
+	const TList<TString> wanted = Texts();
+	const bool hasFile = LoadIfGood(path);
+	const TList<TString> inFile = Texts();
+	for (int32_t i = 0; i < mValues.Count(); ++i)
+		if (!hasFile || !(wanted[i] == mKnownTexts[i]))
+			mValues[i]->FromString(wanted[i]);
+	if (!hasFile || !(Texts() == inFile)) {
+		Folders::Preferences().Create(true);
+		Save(path, false);
+	}
+	mKnownTexts = Texts();
+}
+
+void TApplicationPreferences::SaveConfirmed() {
+	try {
+		SaveChanges();
+	} catch (const TReadableException& failure) {
+		TLog::Instance()->LogString("Vortel", TString::Format("FAILED to save preferences: %s", failure.Message()));
+	}
+}
+
+void TApplicationPreferences::OnCreated() {
+	const TString path = FilePath();
+	try {
+		if (TFile(path).Exists() || TDirectory(path).Exists())
+			Load(path);
+	} catch (const TReadableException& failure) {
+		OnLoadBegin();
+		TSystemGlobals::Instance()->ShowMessage(failure.Message(), kErrorMessage);
+	}
+	mKnownTexts = Texts();
+}
+
+void TApplicationPreferences::OnBeforeDestruction() {
+	try {
+		SaveChanges();
+	} catch (const TReadableException& failure) {
+		TSystemGlobals::Instance()->ShowMessage(failure.Message(), kWarningMessage);
+	}
+}
