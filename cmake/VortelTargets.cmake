@@ -58,5 +58,8 @@ function(vortel_test)
     endif()
     target_precompile_headers(${ARG_NAME} REUSE_FROM vortel-test-headers)
   endif()
-  gtest_discover_tests(${ARG_NAME} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+  # Nothing reaches the settings of who runs the tests.
+  set(home "${CMAKE_BINARY_DIR}/home")
+  gtest_discover_tests(${ARG_NAME} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300
+    ENVIRONMENT "XDG_CONFIG_HOME=${home}/config;XDG_STATE_HOME=${home}/state;XDG_DATA_HOME=${home}/data")
 endfunction()

@@ -129,7 +129,7 @@ int TPicture::TextWidth(const std::string& text, EFont font) {
 	return static_cast<int>(Glyphs(font).width(InAscii(text).c_str()));
 }
 
-void TPicture::WritePng(const TReplacedFile& file) const {
+void TPicture::WritePng(TReplacedFile& file) const {
 	const TPalette palette(mPixels);
 	png_image image{};
 	image.width = static_cast<png_uint_32>(mWidth);

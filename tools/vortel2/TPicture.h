@@ -29,7 +29,7 @@ public:
 	static int TextWidth(const std::string& text, EFont font);
 
 	/// Writes and does not commit. Throws a TWorkError that names the file's target.
-	void WritePng(const TReplacedFile& file) const;
+	void WritePng(TReplacedFile& file) const;
 
 private:
 	int32_t mWidth;
