@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <stdio_ext.h>
 #include <sys/stat.h>
 #include <utility>
 
@@ -95,24 +94,12 @@ bool TFile::Write(const void* buffer, int64_t& bytes) {
 	const int64_t wanted = std::max<int64_t>(bytes, 0);
 	TurnTo(TTransfer::kWrite);
 	bytes = mpStream ? static_cast<int64_t>(std::fwrite(buffer, 1, static_cast<std::size_t>(wanted), mpStream)) : 0;
-	if (bytes != wanted)
-		DropUnwritten();
 	return bytes == wanted && mpStream;
 }
 
 void TFile::Flush() {
-	if (!mpStream || std::fflush(mpStream) == 0)
-		return;
-	DropUnwritten();
-	throw TReadableException("Failed to flush the file to disk. Probably the disk is full.");
-}
-
-// Otherwise each later seek and read would try to write them first, and fail.
-void TFile::DropUnwritten() {
-	if (!mpStream)
-		return;
-	__fpurge(mpStream);
-	std::clearerr(mpStream);
+	if (mpStream && std::fflush(mpStream) != 0)
+		throw TReadableException("Failed to flush the file to disk. Probably the disk is full.");
 }
 
 void TFile::TurnTo(TTransfer transfer) {

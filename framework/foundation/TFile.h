@@ -43,14 +43,13 @@ public:
 
 	bool Read(void* buffer, int64_t& bytes) override;
 	bool Write(const void* buffer, int64_t& bytes) override;
-	/// Throws if the disk is full. What could not be written is dropped then; what is in the file can still be read.
+	/// Throws if the disk is full.
 	void Flush();
 
 private:
 	enum class TTransfer : int8_t { kNone, kRead, kWrite };
 
 	void TurnTo(TTransfer transfer);
-	void DropUnwritten();
 
 	std::FILE* mpStream = nullptr;
 	TString mPath;
