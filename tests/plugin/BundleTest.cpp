@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The bundle as it lies on the disk: what it shows, what it says of itself, and that it comes and goes without a trace.
+#include "shell/vst3/Vst3Interfaces.h"
 #include "tests/support/TTemporaryFolder.h"
+#include "tests/vst3/TVst3Module.h"
 
-#include <pluginterfaces/base/ipluginbase.h>
-#include <pluginterfaces/base/smartpointer.h>
-#include <pluginterfaces/vst/ivstaudioprocessor.h>
 #include <pluginterfaces/vst/ivstcomponent.h>
 
-#include <dlfcn.h>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <iterator>
@@ -22,47 +20,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class TModule {
-public:
-	explicit TModule(const std::string& path) : mpHandle(dlopen(path.c_str(), RTLD_LAZY | RTLD_LOCAL)) {
-		if (!mpHandle)
-			throw std::runtime_error(dlerror());
-	}
-
-	~TModule() { dlclose(mpHandle); }
-
-	TModule(const TModule&) = delete;
-	TModule& operator=(const TModule&) = delete;
-
-	IPtr<IPluginFactory3> Factory() const {
-		const auto get = reinterpret_cast<IPluginFactory* (*)()>(dlsym(mpHandle, "GetPluginFactory"));
-		const IPtr<IPluginFactory> factory = owned(get());
-		void* found = nullptr;
-		factory->queryInterface(IPluginFactory3_iid, &found);
-		return owned(static_cast<IPluginFactory3*>(found));
-	}
-
-	/// The result of each call of a life from creation to the last release.
-	static std::string LiveOnce(IPluginFactory3& factory) {
-		PClassInfo info;
-		void* made = nullptr;
-		factory.getClassInfo(0, &info);
-		std::string results = std::to_string(factory.createInstance(info.cid, IComponent_iid, &made));
-		auto* component = static_cast<IComponent*>(made);
-		results += std::to_string(component->initialize(nullptr));
-		results += std::to_string(component->setActive(1));
-		component->queryInterface(IAudioProcessor_iid, &made);
-		const IPtr<IAudioProcessor> processor = owned(static_cast<IAudioProcessor*>(made));
-		ProcessData data;
-		results += std::to_string(processor->process(data));
-		results += std::to_string(component->terminate());
-		component->release();
-		return results;
-	}
-
-private:
-	void* mpHandle;
-};
+/// The result of each call of a life from creation to the last release.
+std::string LiveOnce(const TVst3Module& module) {
+	const auto component = module.Make<IComponent>(IComponent_iid);
+	std::string results = std::to_string(component->initialize(nullptr));
+	results += std::to_string(component->setActive(1));
+	ProcessData data;
+	results += std::to_string(AskFor<IAudioProcessor>(component, IAudioProcessor_iid)->process(data));
+	return results + std::to_string(component->terminate());
+}
 
 auto Count(const char* folder) {
 	return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
@@ -91,15 +57,15 @@ TEST(BundleTest, ShowsItsEntryPointsAlone) {
 }
 
 TEST(BundleTest, SaysTheSameInItsFileAndInItsFactory) {
-	const TModule module(VORTEL_BUNDLE_BINARY);
-	const auto factory = module.Factory();
+	const TVst3Module module;
+	IPluginFactory3& factory = module.Factory();
 	std::ifstream file(fs::path(VORTEL_BUNDLE_BINARY).parent_path().parent_path() / "Resources/moduleinfo.json");
 	const auto json = nlohmann::json::parse(file);
 	PFactoryInfo maker;
 	PClassInfo2 info;
-	ASSERT_EQ(factory->getFactoryInfo(&maker), kResultOk);
-	ASSERT_EQ(factory->countClasses(), 1);
-	ASSERT_EQ(factory->getClassInfo2(0, &info), kResultOk);
+	ASSERT_EQ(factory.getFactoryInfo(&maker), kResultOk);
+	ASSERT_EQ(factory.countClasses(), 1);
+	ASSERT_EQ(factory.getClassInfo2(0, &info), kResultOk);
 	EXPECT_EQ(json["Factory Info"]["Vendor"], maker.vendor);
 	EXPECT_EQ(json["Factory Info"]["URL"], maker.url);
 	EXPECT_EQ(json["Factory Info"]["E-Mail"], maker.email);
@@ -118,7 +84,7 @@ TEST(BundleTest, SaysTheSameInItsFileAndInItsFactory) {
 	EXPECT_EQ(described["Class Flags"], info.classFlags);
 	EXPECT_EQ(described["Cardinality"], info.cardinality);
 	PClassInfoW wide;
-	ASSERT_EQ(factory->getClassInfoUnicode(0, &wide), kResultOk);
+	ASSERT_EQ(factory.getClassInfoUnicode(0, &wide), kResultOk);
 	EXPECT_EQ(std::u16string(wide.name), u"Vortel2");
 	EXPECT_EQ(std::u16string(wide.version), u"2.1.5");
 }
@@ -128,8 +94,8 @@ TEST(BundleTest, UnloadingLeavesNothingBehind) {
 	const auto handles = Count("/proc/self/fd");
 	for (int round = 0; round < 3; ++round) {
 		{
-			const TModule module(VORTEL_BUNDLE_BINARY);
-			EXPECT_EQ(TModule::LiveOnce(*module.Factory()), "00000");
+			const TVst3Module module;
+			EXPECT_EQ(LiveOnce(module), "0000");
 		}
 		EXPECT_FALSE(IsMapped("/Vortel2.so"));
 		EXPECT_EQ(Count("/proc/self/task"), threads);
@@ -144,6 +110,6 @@ TEST(BundleTest, LoadsWithoutResourcesAndWithoutAHome) {
 	folder.Write("file", "where a folder should be");
 	for (const char* variable : {"HOME", "XDG_STATE_HOME", "XDG_CONFIG_HOME"})
 		setenv(variable, folder.PathOf("file").c_str(), 1);
-	const TModule module(copy);
-	EXPECT_EQ(TModule::LiveOnce(*module.Factory()), "00000");
+	const TVst3Module module(copy);
+	EXPECT_EQ(LiveOnce(module), "0000");
 }
