@@ -5,6 +5,7 @@
 #include "framework/document/TObservableBang.h"
 #include "framework/foundation/TStopwatch.h"
 
+#include <concepts>
 #include <cstdint>
 
 class TManeuver;
@@ -93,8 +94,10 @@ private:
 /// allowed.
 class [[nodiscard]] TDocumentRoot::TActionGuard {
 public:
-	/// forcesNewStep: closes a step that is open and holds records.
-	explicit TActionGuard(TDocumentRoot* root, bool forcesNewStep = false)
+	explicit TActionGuard(TDocumentRoot* root) : TActionGuard(root, false) {}
+
+	/// forcesNewStep: closes a step that is open and holds records. Nothing but a bool will do, a text is a name.
+	TActionGuard(TDocumentRoot* root, std::same_as<bool> auto forcesNewStep)
 	    : mpOpened(root && (forcesNewStep || !root->IsActionOpen()) ? root : nullptr) {
 		if (mpOpened)
 			mpOpened->BeginAction();
