@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr uint64_t kStepMask = 3;
+constexpr uint64_t kLowBits = 0x5555'5555'5555'5555; // of each step
 constexpr char kStepTexts[] = {'-', '*', '+'};
 
 uint8_t StepFromText(char text) {
@@ -25,29 +27,35 @@ int32_t ClampStepCount(int32_t stepCount) {
 uint8_t TVortelSequence::Step(int32_t index) const noexcept {
 	if (index < 0 || index >= kNumberOfSteps)
 		return kStepEmpty;
-	return mSteps[static_cast<std::size_t>(index)].load(std::memory_order_relaxed);
+	return static_cast<uint8_t>((mWords[WordOf(index)].load(std::memory_order_relaxed) >> ShiftOf(index)) & kStepMask);
 }
 
 void TVortelSequence::SetStep(int32_t index, uint8_t value) noexcept {
-	if (index >= 0 && index < kNumberOfSteps)
-		mSteps[static_cast<std::size_t>(index)].store(value, std::memory_order_relaxed);
+	if (index < 0 || index >= kNumberOfSteps)
+		return;
+	std::atomic<uint64_t>& word = mWords[WordOf(index)];
+	const uint64_t others = word.load(std::memory_order_relaxed) & ~(kStepMask << ShiftOf(index));
+	const uint64_t step = value > kStepBlockContinue ? 0 : value;
+	word.store(others | step << ShiftOf(index), std::memory_order_relaxed);
 }
 
 void TVortelSequence::Clear() noexcept {
-	for (auto& step : mSteps)
-		step.store(kStepEmpty, std::memory_order_relaxed);
+	for (auto& word : mWords)
+		word.store(0, std::memory_order_relaxed);
 }
 
 bool TVortelSequence::IsEmpty() const noexcept {
-	return std::all_of(mSteps.begin(), mSteps.end(), [](const auto& step) {
-		return step.load(std::memory_order_relaxed) == kStepEmpty;
-	});
+	return std::all_of(
+	    mWords.begin(), mWords.end(), [](const auto& word) { return word.load(std::memory_order_relaxed) == 0; });
 }
 
 void TVortelSequence::CopyFrom(const TVortelSequence& source, bool mix) noexcept {
-	for (int32_t i = 0; i < kNumberOfSteps; ++i)
-		if (const uint8_t step = source.Step(i); step != kStepEmpty || !mix)
-			SetStep(i, step);
+	for (std::size_t i = 0; i < mWords.size(); ++i) {
+		const uint64_t taken = source.mWords[i].load(std::memory_order_relaxed);
+		const uint64_t blocks = (taken | taken >> 1) & kLowBits;
+		const uint64_t kept = mix ? mWords[i].load(std::memory_order_relaxed) & ~(blocks * kStepMask) : 0;
+		mWords[i].store(kept | taken, std::memory_order_relaxed);
+	}
 }
 
 void TVortelSequence::Randomize(int32_t minLength, int32_t maxLength) {
@@ -105,7 +113,7 @@ TString TVortelSequence::ToString() const {
 		return TString();
 	char text[kNumberOfSteps + 1] = {};
 	for (int32_t i = 0; i < kNumberOfSteps; ++i)
-		text[i] = kStepTexts[std::min<uint8_t>(Step(i), kStepBlockContinue)];
+		text[i] = kStepTexts[Step(i)];
 	return TString(text);
 }
 

@@ -20,7 +20,7 @@ public:
 
 	/// Empty for an index outside 0 to 63.
 	uint8_t Step(int32_t index) const noexcept;
-	/// Ignores an index outside 0 to 63.
+	/// Ignores an index outside 0 to 63. What is no EVortelStep is empty.
 	void SetStep(int32_t index, uint8_t value) noexcept;
 	void Clear() noexcept;
 	bool IsEmpty() const noexcept;
@@ -48,5 +48,14 @@ private:
 	std::vector<TBlock> CollectBlocks(int32_t stepCount) const;
 	void WriteBlock(TBlock block, int32_t stepCount) noexcept;
 
-	std::array<std::atomic<uint8_t>, kNumberOfSteps> mSteps{};
+	// Two bits a step, so that a row is copied and cleared at once. A step lies in one word: readers see it whole.
+	static constexpr int32_t kStepsPerWord = 32;
+
+	static constexpr int32_t ShiftOf(int32_t index) noexcept { return 2 * (index % kStepsPerWord); }
+
+	static constexpr std::size_t WordOf(int32_t index) noexcept {
+		return static_cast<std::size_t>(index / kStepsPerWord);
+	}
+
+	std::array<std::atomic<uint64_t>, kNumberOfSteps / kStepsPerWord> mWords{};
 };

@@ -39,6 +39,14 @@ bool ParsePlainNumber(std::u16string_view text, T& value) {
 }
 
 template <class T>
+void AppendNumber(std::string& line, T value) {
+	TString::TNumberBuffer buffer;
+	if (!line.empty())
+		line += ' ';
+	line += TString::NumberText(value, buffer);
+}
+
+template <class T>
 T ParseNumber(std::u16string_view text) {
 	T value{};
 	if (ParsePlainNumber(text, value))
@@ -49,13 +57,6 @@ T ParseNumber(std::u16string_view text) {
 }
 
 } // namespace
-
-TString TSerializableListBase::JoinElements(const TList<TString>& elements) {
-	TList<TString> escaped = elements;
-	for (TString& element : escaped)
-		element.ReplaceAll(" ", "\\ ");
-	return TString::Join(escaped, " ");
-}
 
 int32_t TSerializableListBase::CountElements(std::u16string_view text) {
 	if (text.empty())
@@ -73,6 +74,16 @@ std::u16string_view TSerializableListBase::TakeElement(std::u16string_view& text
 	const std::u16string_view element = text.substr(0, end);
 	text.remove_prefix(end < text.size() ? end + 1 : end);
 	return element;
+}
+
+template <>
+void TSerializableListBase::AppendElement<int>(std::string& line, int value) {
+	AppendNumber(line, value);
+}
+
+template <>
+void TSerializableListBase::AppendElement<float>(std::string& line, float value) {
+	AppendNumber(line, value);
 }
 
 template <>

@@ -5,7 +5,9 @@
 #include "framework/foundation/TList.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 /// A list of numbers that is one leaf of the document. Its text is one line, the elements joined by blanks.
@@ -15,16 +17,23 @@ public:
 	bool IsPlainText() const override { return true; }
 
 protected:
-	/// Blanks inside an element's text stand behind a backslash.
-	static TString JoinElements(const TList<TString>& elements);
+	static constexpr std::size_t kUsualElementLength = 12; // "0.123456789 "
+
+	/// Behind a blank, unless it is the first.
+	template <class T>
+	static void AppendElement(std::string& line, T value);
 	static int32_t CountElements(std::u16string_view text);
-	/// Cuts the first element off.
+	/// Cuts the first element off; blanks inside an element's text stand behind a backslash.
 	static std::u16string_view TakeElement(std::u16string_view& text);
 	/// 0 for what does not parse.
 	template <class T>
 	static T ParseElement(std::u16string_view text);
 };
 
+template <>
+void TSerializableListBase::AppendElement<int>(std::string& line, int value);
+template <>
+void TSerializableListBase::AppendElement<float>(std::string& line, float value);
 template <>
 int TSerializableListBase::ParseElement<int>(std::u16string_view text);
 template <>
@@ -54,11 +63,11 @@ public:
 	}
 
 	TString ToString() const override {
-		TList<TString> texts;
-		texts.Reserve(this->Count());
+		std::string line;
+		line.reserve(static_cast<std::size_t>(this->Count()) * kUsualElementLength);
 		for (int32_t i = 0; i < this->Count(); ++i)
-			texts.Append(TString::ToString((*this)[i]));
-		return JoinElements(texts);
+			AppendElement(line, (*this)[i]);
+		return line.c_str();
 	}
 
 	/// An element that does not parse becomes 0. An empty text empties the list.

@@ -7,6 +7,7 @@
 #include "framework/foundation/TPtr.h"
 #include "framework/foundation/TReferenceCountable.h"
 
+#include <array>
 #include <compare>
 #include <concepts>
 #include <cstdint>
@@ -257,6 +258,11 @@ public:
 	static TString ToString(T value);
 	template <TTextNumber T>
 	static TString ToString(T value, const TString& format);
+
+	using TNumberBuffer = std::array<char, 32>;
+	/// The bytes of ToString(value), for those who write many: in the buffer, or in a table that stays.
+	template <TTextNumber T>
+	static std::string_view NumberText(T value, TNumberBuffer& buffer);
 
 	/// "true" or "false".
 	template <std::same_as<bool> T>

@@ -12,6 +12,7 @@
 #include <limits>
 #include <locale.h> // NOLINT(modernize-deprecated-headers): newlocale is of POSIX
 #include <mutex>
+#include <optional>
 #include <type_traits>
 
 namespace {
@@ -162,42 +163,38 @@ bool ScanNumber(const std::string& text, T& value, const char* format) {
 	return true;
 }
 
-/// Empty for a finite number.
+/// What stands in the table, for values that come often or are no digits.
 template <class T>
-TString TextOfNonFinite(T value) {
-	if (std::isnan(value))
-		return TString::Shared(TSharedText::kNotANumber);
-	if (std::isinf(value))
-		return TString::Shared(value > 0 ? TSharedText::kInfinity : TSharedText::kMinusInfinity);
-	return {};
-}
-
-template <class T>
-TString TextOfInteger(T value) {
-	if (value == 0)
-		return TString::Shared(TSharedText::kZero);
-	if (value == 1)
-		return TString::Shared(TSharedText::kOne);
-	if (std::is_signed_v<T> && value == static_cast<T>(-1))
-		return TString::Shared(TSharedText::kMinusOne);
-	std::array<char, 24> text{};
-	std::to_chars(text.data(), text.data() + text.size() - 1, value);
-	return text.data();
-}
-
-template <class T>
-TString TextOfFinite(T value) {
+std::optional<TSharedText> SharedTextOf(T value) {
+	constexpr bool kIsFloat = std::is_floating_point_v<T>;
 	if (value == T(0))
-		return TString::Shared(TSharedText::kZeroPointZero);
+		return kIsFloat ? TSharedText::kZeroPointZero : TSharedText::kZero;
 	if (value == T(1))
-		return TString::Shared(TSharedText::kOnePointZero);
-	if (value == T(0.5))
-		return TString::Shared(TSharedText::kZeroPointFive);
-	std::array<char, 32> text{};
-	// The same digits as those of printf's "g" in the "C" locale.
-	constexpr int kPrecision = std::numeric_limits<T>::max_digits10;
-	std::to_chars(text.data(), text.data() + text.size() - 1, value, std::chars_format::general, kPrecision);
-	return text.data();
+		return kIsFloat ? TSharedText::kOnePointZero : TSharedText::kOne;
+	if constexpr (kIsFloat) {
+		if (value == T(0.5))
+			return TSharedText::kZeroPointFive;
+		if (std::isnan(value))
+			return TSharedText::kNotANumber;
+		if (std::isinf(value))
+			return value > 0 ? TSharedText::kInfinity : TSharedText::kMinusInfinity;
+	} else if (std::is_signed_v<T> && value == static_cast<T>(-1)) {
+		return TSharedText::kMinusOne;
+	}
+	return std::nullopt;
+}
+
+/// Zero-terminated too.
+template <class T>
+std::string_view PrintDigits(T value, TString::TNumberBuffer& buffer) {
+	char* const begin = buffer.data();
+	char* end = begin + buffer.size() - 1;
+	if constexpr (std::is_integral_v<T>)
+		end = std::to_chars(begin, end, value).ptr;
+	else // the same digits as those of printf's "g" in the "C" locale
+		end = std::to_chars(begin, end, value, std::chars_format::general, std::numeric_limits<T>::max_digits10).ptr;
+	*end = '\0';
+	return {begin, end};
 }
 
 /// As "%d" and "%u" scan: white space, a sign, digits. The minus of an unsigned number wraps it.
@@ -319,10 +316,16 @@ TString TString::ExpandMacros(const TString& text) {
 
 template <TTextNumber T>
 TString TString::ToString(T value) {
-	if constexpr (std::is_integral_v<T>)
-		return TextOfInteger(value);
-	else
-		return std::isfinite(value) ? TextOfFinite(value) : TextOfNonFinite(value);
+	if (const auto shared = SharedTextOf(value))
+		return Shared(*shared);
+	TNumberBuffer buffer;
+	return PrintDigits(value, buffer).data();
+}
+
+template <TTextNumber T>
+std::string_view TString::NumberText(T value, TNumberBuffer& buffer) {
+	const auto shared = SharedTextOf(value);
+	return shared ? TextOf(*shared) : PrintDigits(value, buffer);
 }
 
 template <TTextNumber T>
@@ -331,7 +334,7 @@ TString TString::ToString(T value, const TString& format) {
 		return ToString(value);
 	if constexpr (std::is_floating_point_v<T>) {
 		if (!std::isfinite(value))
-			return TextOfNonFinite(value);
+			return ToString(value);
 	}
 	return PrintNumber(value, format);
 }
@@ -393,6 +396,7 @@ bool TString::FromString(const TString& text, TPointT<int>& point) {
 #define VORTEL_TEXT_NUMBER(T)                                                                                          \
 	template TString TString::ToString(T);                                                                             \
 	template TString TString::ToString(T, const TString&);                                                             \
+	template std::string_view TString::NumberText(T, TNumberBuffer&);                                                  \
 	template bool TString::FromString(const TString&, T&);                                                             \
 	template bool TString::FromString(const TString&, T&, const TString&);
 
