@@ -44,7 +44,7 @@ private:
 };
 
 TPtr<TVortelDocument> MakeBank(benchmark::State& state) {
-	auto document = MakePtr<TVortelDocument>(TVortelDocument::TOptions{.mLoadDefaultBank = false});
+	auto document = MakePtr<TVortelDocument>();
 	TBankFiller().Fill(*document, static_cast<int32_t>(state.range(0)));
 	return document;
 }

@@ -3,9 +3,10 @@
 
 #include "framework/foundation/TReadableException.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <libxml/xmlsave.h>
-#include <limits>
 
 namespace {
 
@@ -30,6 +31,19 @@ void CollectError(void* userData, xmlError* error) {
 	*errors += text;
 }
 
+bool IsKnownToXml(char16_t unit) {
+	return unit >= 32 ? unit < 0xFFFE : unit == 9 || unit == 10 || unit == 13;
+}
+
+void AppendText(const xmlNode* siblings, std::string& text) {
+	for (const xmlNode* node = siblings; node; node = node->next) {
+		if (node->type == XML_ELEMENT_NODE)
+			AppendText(node->children, text);
+		else if (node->type == XML_CDATA_SECTION_NODE || node->type == XML_TEXT_NODE)
+			text += reinterpret_cast<const char*>(node->content);
+	}
+}
+
 template <class T>
 T* Checked(T* made) {
 	if (!made)
@@ -41,8 +55,14 @@ T* Checked(T* made) {
 
 std::string LibXml::Utf8(const TString& text) {
 	std::string bytes;
-	text.ToBytes(bytes, kUtf8Encoding);
-	return bytes;
+	const std::u16string_view units = text.View();
+	if (std::ranges::all_of(units, IsKnownToXml)) {
+		text.ToBytes(bytes, kUtf8Encoding);
+		return bytes;
+	}
+	std::u16string known(units);
+	std::ranges::replace_if(known, std::not_fn(IsKnownToXml), u'?');
+	return Utf8(TString(known));
 }
 
 TString LibXml::FromUtf8(const xmlChar* text) {
@@ -51,7 +71,7 @@ TString LibXml::FromUtf8(const xmlChar* text) {
 
 LibXml::TDocument LibXml::Parse(std::string_view bytes, std::string& errors) {
 	errors.clear();
-	if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+	if (bytes.size() > kLargestDocument) {
 		errors = "the document is too large";
 		return nullptr;
 	}
@@ -86,9 +106,15 @@ std::string LibXml::Print(xmlDoc* document, xmlNode* element) {
 	    static_cast<std::size_t>(xmlBufferLength(buffer.get()))};
 }
 
+TString LibXml::TextOf(const xmlNode* siblings) {
+	std::string text;
+	AppendText(siblings, text);
+	return TString(text, kUtf8Encoding);
+}
+
 TString LibXml::Attribute(xmlNode* element, const TString& name) {
-	const TText value(xmlGetProp(element, Chars(Utf8(name))));
-	return FromUtf8(value.get());
+	const xmlAttr* attribute = xmlHasProp(element, Chars(Utf8(name)));
+	return attribute ? TextOf(attribute->children) : TString();
 }
 
 bool LibXml::HasAttribute(xmlNode* element, const TString& name) {

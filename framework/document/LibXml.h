@@ -38,9 +38,13 @@ inline const xmlChar* Chars(const std::string& text) {
 	return reinterpret_cast<const xmlChar*>(text.c_str());
 }
 
+/// What XML does not know, such as a zero or half a surrogate pair, becomes "?".
 std::string Utf8(const TString& text);
 /// Null gives an empty text.
 TString FromUtf8(const xmlChar* text);
+
+/// Larger documents are refused: the fullest bank takes an eighth of this.
+inline constexpr std::size_t kLargestDocument = std::size_t{64} << 20;
 
 /// Blank text between elements is dropped, nothing is fetched, no entity but the built-in ones is expanded. Null, with
 /// what the parser says, when the bytes are no XML.
@@ -51,6 +55,10 @@ std::string Print(xmlDoc* document, std::string& errors);
 
 /// The element alone, without a declaration.
 std::string Print(xmlDoc* document, xmlNode* element);
+
+/// The text of these siblings and of what is in them. References to entities are not followed: a few lines of them
+/// could stand for gigabytes.
+TString TextOf(const xmlNode* siblings);
 
 /// Empty without one.
 TString Attribute(xmlNode* element, const TString& name);

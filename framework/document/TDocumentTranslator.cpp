@@ -5,6 +5,7 @@
 #include "framework/foundation/TCriticalSection.h"
 #include "framework/foundation/TReadableException.h"
 
+#include <libxml/xpathInternals.h>
 #include <map>
 #include <utility>
 
@@ -30,6 +31,8 @@ TResult Evaluate(xmlXPathContext* context, const TString& path, const char* erro
 	if (!result)
 		throw TReadableException(
 		    TString::Format(TString("There was an error while upgrading a document:\n") + error, texts...));
+	if (result->nodesetval)
+		xmlXPathNodeSetSort(result->nodesetval);
 	return result;
 }
 
@@ -46,6 +49,11 @@ void Remove(const TResult& result, int index) {
 
 bool IsElement(const xmlNode* node) {
 	return node && node->type == XML_ELEMENT_NODE;
+}
+
+/// Neither the document itself nor a namespace, which is a node in name only.
+bool IsPartOfDocument(const xmlNode* node) {
+	return node && node->type <= XML_COMMENT_NODE;
 }
 
 } // namespace
@@ -82,7 +90,7 @@ void TRemoveNodeXmlProcessor::Process(xmlXPathContext* context) {
 	const TResult result = Evaluate(context, mNodePath, "Failed to remove the node(s) '%s'.", mNodePath);
 	// From the last to the first: what lies inside another match goes before it.
 	for (int i = Count(result) - 1; i >= 0; --i)
-		if (IsElement(result->nodesetval->nodeTab[i]))
+		if (IsPartOfDocument(result->nodesetval->nodeTab[i]))
 			Remove(result, i);
 }
 

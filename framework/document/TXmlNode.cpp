@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "framework/document/TXmlNode.h"
 
+#include "framework/document/TDocumentByteBag.h"
 #include "framework/document/TDocumentList.h"
 #include "framework/document/TObservableList.h"
 
@@ -33,8 +34,10 @@ bool TXmlNode::IsEmpty(const TXmlNode& parent) const {
 		return mpObservableList->Size() == 0 && !parent.mpObservableList;
 	if (const TDocumentListBase* list = DocumentList())
 		return list->Size() == 0 && !parent.DocumentList();
-	if (parent.HasBoundList() || (mpNode && mpNode->IsByteBag()))
+	if (parent.HasBoundList())
 		return false;
+	if (mpNode && mpNode->IsByteBag())
+		return static_cast<const TDocumentByteBag*>(mpNode)->Data().empty();
 	if (mpValue)
 		return Text().IsEmpty();
 	return std::ranges::all_of(Children(), [this](const TXmlNode& child) { return child.IsEmpty(*this); });

@@ -16,10 +16,6 @@ namespace {
 constexpr const char* kNestedDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 constexpr const char* kTypeAttribute = "type";
 
-bool IsText(const xmlNode* node) {
-	return node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
-}
-
 int32_t CountElements(const xmlNode* element) {
 	int32_t count = 0;
 	for (const xmlNode* child = element->children; child; child = child->next)
@@ -27,11 +23,10 @@ int32_t CountElements(const xmlNode* element) {
 	return count;
 }
 
-/// The text of an element that holds a text and nothing else. References to entities are not followed: a few lines of
-/// them could stand for gigabytes.
+/// The text of an element that holds one thing and nothing else. Blanks alone are layout.
 TString OnlyText(const xmlNode* element) {
 	const xmlNode* child = element->children;
-	return child && !child->next && IsText(child) ? LibXml::FromUtf8(child->content) : TString();
+	return child && !child->next && !xmlIsBlankNode(child) ? LibXml::TextOf(child) : TString();
 }
 
 void ReadAttributes(const TDocumentNode& node, xmlNode* element) {

@@ -32,6 +32,11 @@ public:
 	TObservableBaseType<int> mOld{0};
 };
 
+class TNestedText final : public TObservableBaseType<TString> {
+public:
+	bool IsNestedXml() const override { return true; }
+};
+
 class TXmlThing final : public TDocumentRoot {
 public:
 	TXmlThing()
@@ -47,6 +52,7 @@ public:
 		AddChild(mpParts.Get(), "Parts", kWrite);
 		AddChild(mpBag.Get(), "Bag", kWrite);
 		AddProperty(&mHidden, "Hidden", 0);
+		AddProperty(&mNested, "Nested", kWrite);
 		FinishDeclaration();
 	}
 
@@ -54,7 +60,10 @@ public:
 
 	void OnLoadEnd(bool success) override { mLog += success ? "e" : "f"; }
 
+	void OnSaveEnd(bool success) override { mLog += success ? "S" : "s"; }
+
 	std::string mLog;
+	TNestedText mNested;
 	TObservableBaseType<int> mSize{0};
 	TPtr<TXmlPart> mpPart;
 	TObservableBaseType<TString> mName;
@@ -114,7 +123,6 @@ TEST_F(TXmlDocumentTest, MembersStandInTheOrderOfDeclarationAndEmptyOnesAreLeftO
 	                  "  <Size>0</Size>\n"
 	                  "  <!-- the part -->\n"
 	                  "  <Part/>\n" // of which a part has a value, though it is not written
-	                  "  <Bag><![CDATA[]]></Bag>\n"
 	                  "</XmlThing>\n");
 	mpThing->mpPart->mText.Set("a<b&c");
 	mpThing->mNumbers.Append()->Set(7);
@@ -138,6 +146,7 @@ TEST_F(TXmlDocumentTest, MembersStandInTheOrderOfDeclarationAndEmptyOnesAreLeftO
 	                 "    </Part>\n"
 	                 "  </Parts>\n"
 	                 "  <Bag><![CDATA[eHl6]]></Bag>\n"
+	                 "  <Nested/>\n"
 	                 "</XmlThing>\n");
 	mpThing->mpPart->mText.Set("skip");
 	EXPECT_EQ(Saved(true).find("<Text>skip"), std::string::npos);
@@ -169,6 +178,22 @@ TEST_F(TXmlDocumentTest, WhatIsSavedComesBack) {
 	EXPECT_FALSE(copy.IsModified());
 }
 
+// A value that is an XML document of its own stands as an element among the others, under the value's name.
+TEST_F(TXmlDocumentTest, NestedDocumentsAreElements) {
+	mpThing->mNested.FromString("<?xml version=\"1.0\"?><Inner doc_version=\"4\" a=\"1\"><B>&amp;x</B></Inner>");
+	const std::string text = Saved(false);
+	EXPECT_THAT(text, testing::HasSubstr("  <Nested a=\"1\">\n    <B>&amp;x</B>\n  </Nested>\n"));
+	mpThing->mNested.FromString({});
+	mpThing->LoadFromStream(StreamOf(text));
+	EXPECT_EQ(
+	    mpThing->mNested.ToString(), TString("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+	                                         "<Nested a=\"1\"><B>&amp;x</B></Nested>"));
+	mpThing->mNested.FromString("<Broken>");
+	mpThing->mLog.clear();
+	EXPECT_THROW(Saved(false), TReadableException);
+	EXPECT_EQ(mpThing->mLog, "s") << "a failed save ends too";
+}
+
 TEST_F(TXmlDocumentTest, ReadingTakesWhatItKnowsWhereverItStands) {
 	Load("<Unknown><Size>9</Size></Unknown><Part><Old>4</Old><Text>t</Text></Part>text<Name>first</Name><Size>2</Size>"
 	     "<Name>last</Name><Hidden>1</Hidden><Size>no number</Size><Numbers><Number>1</Number><Odd>5</Odd></Numbers>");
@@ -180,16 +205,29 @@ TEST_F(TXmlDocumentTest, ReadingTakesWhatItKnowsWhereverItStands) {
 	ASSERT_EQ(mpThing->mNumbers.Size(), 2);
 	EXPECT_EQ(mpThing->mNumbers[1]->Get(), 0);
 	EXPECT_EQ(mpThing->mLog, "be");
+	Load("<Name>   </Name>");
+	EXPECT_EQ(mpThing->mName.Get(), TString()) << "blanks alone are layout";
 	Load("<Numbers/>");
 	EXPECT_EQ(mpThing->mNumbers.Size(), 0) << "an element that is there replaces the list";
 }
 
 TEST_F(TXmlDocumentTest, EntitiesAreNotFollowed) {
-	const std::string laughs = "<!DOCTYPE XmlThing [<!ENTITY a \"ha\"><!ENTITY b \"&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;\">"
-	                           "<!ENTITY c SYSTEM \"file:///etc/hostname\">]>";
-	mpThing->LoadFromStream(StreamOf(laughs + "<XmlThing><Name>&b;</Name><Part><Text>&c;</Text></Part></XmlThing>"));
+	const std::string declared = "<!DOCTYPE XmlThing [<!ENTITY a \"ha\"><!ENTITY b \"&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;\">"
+	                             "<!ENTITY c SYSTEM \"file:///etc/hostname\">]>";
+	mpThing->LoadFromStream(StreamOf(
+	    declared + "<XmlThing doc_version=\"&a;\"><Name>&b;</Name><Part><Text>&c;</Text></Part>"
+	               "<Parts><Part type=\"&b;XmlPart\"/></Parts></XmlThing>"));
 	EXPECT_EQ(mpThing->mName.Get(), TString());
 	EXPECT_EQ(mpThing->mpPart->mText.Get(), TString());
+	EXPECT_EQ(mpThing->mpParts->Size(), 1);
+
+	std::string laughs = "<!DOCTYPE XmlThing [<!ENTITY e0 \"haha\">";
+	for (int i = 1; i < 30; ++i) {
+		const std::string below = "&e" + std::to_string(i - 1) + ";";
+		laughs += "<!ENTITY e" + std::to_string(i) + " \"" + below + below + below + below + "\">";
+	}
+	EXPECT_NE(ErrorOf(laughs + "]><XmlThing><Name>&e29;</Name></XmlThing>"), "");
+	EXPECT_NE(ErrorOf(laughs + "]><XmlThing doc_version=\"&e29;\"/>"), "");
 }
 
 TEST_F(TXmlDocumentTest, UnreadableFilesSaySo) {
