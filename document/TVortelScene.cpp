@@ -7,16 +7,13 @@
 
 TVortelScene::TParameterList::TParameterList() : TSerializableList<float>(TVortelParameterTable::kNumberOfParameters) {}
 
+// The list keeps its size also in between: automation goes on while a file is read.
 void TVortelScene::TParameterList::FromString(const TString& text) {
-	TSerializableList<float>::FromString(text);
-	ForceSize();
-	for (int32_t i = 0; i < Count(); ++i)
-		if (!std::isfinite((*this)[i]))
-			Store(i, 0.0f);
-}
-
-void TVortelScene::TParameterList::ForceSize() {
-	Resize(TVortelParameterTable::kNumberOfParameters, 0.0f);
+	std::u16string_view rest = text.View();
+	for (int32_t i = 0; i < Count(); ++i) {
+		const auto value = rest.empty() ? 0.0f : ParseElement<float>(TakeElement(rest));
+		Store(i, std::isfinite(value) ? value : 0.0f);
+	}
 }
 
 TVortelScene::TVortelScene() : mpSequencer(MakePtr<TVortelSequencer>()), mGaterVolumeSteps(kNumberOfGaterSteps) {
@@ -53,7 +50,6 @@ void TVortelScene::OnLoadBegin() {
 }
 
 void TVortelScene::OnLoadEnd(bool /*success*/) {
-	mParameterValues.ForceSize();
 	const int32_t present = mGaterVolumeSteps.Count();
 	mGaterVolumeSteps.Resize(kNumberOfGaterSteps);
 	InitGaterSteps(present);

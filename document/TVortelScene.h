@@ -21,7 +21,6 @@ public:
 		TParameterList();
 		/// Missing values become 0, further ones are dropped; so does what is no finite number.
 		void FromString(const TString& text) override;
-		void ForceSize();
 	};
 
 	/// All values are 0 until Init.

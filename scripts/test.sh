@@ -6,4 +6,4 @@ cd "$(dirname "$0")/.."
 scripts/install-packages.sh
 cmake --preset release
 cmake --build --preset release
-ctest --preset release
+VORTEL_RANDOM_BANKS=300 ctest --preset release

@@ -2,6 +2,7 @@
 // All effects, automation, notes, program and scene changes on the audio thread, and a GUI that edits, loads and reads
 // at the same time. Run under the thread sanitizer this finds races; on its own it finds what real-time code must not
 // do.
+#include "framework/foundation/TStream.h"
 #include "tests/plugin/AudioThreadLocks.h"
 #include "tests/plugin/TInstanceDriver.h"
 #include "tests/support/TRealTimeWatch.h"
@@ -9,9 +10,37 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <string>
 #include <thread>
 
 namespace {
+
+TStream StreamOf(const std::string& text) {
+	return TStream(std::span(reinterpret_cast<const uint8_t*>(text.data()), text.size()));
+}
+
+/// The host keeps its session and loads what it kept, or something that has more of everything than there is room for.
+void KeepAndLoad(TVortelDocument& document, int32_t turn) {
+	TStream stream;
+	switch (turn % 3) {
+	case 0:
+		document.SaveBankChunk(stream);
+		return document.LoadBankChunk(stream);
+	case 1:
+		document.SaveProgramChunk(stream);
+		return document.LoadProgramChunk(stream);
+	default:
+		std::string numbers;
+		for (int i = 0; i < 2000; ++i)
+			numbers += "0.25 ";
+		document.SaveBankChunk(stream);
+		document.LoadBankChunk(StreamOf(
+		    "<VortelDocument doc_version=\"3\"><Program0><DeviceOrder>" + numbers + "</DeviceOrder><Scene0>" +
+		    "<ParameterValues>" + numbers + "</ParameterValues><GaterVolumeSteps>" + numbers +
+		    "</GaterVolumeSteps></Scene0></Program0></VortelDocument>"));
+		document.LoadBankChunk(stream);
+	}
+}
 
 /// One round of what a user does, on the GUI's thread.
 void EditOnce(TProgramInstance& instance, int32_t round) {
@@ -36,6 +65,8 @@ void EditOnce(TProgramInstance& instance, int32_t round) {
 		TVortelDocument::TLoadGuard guard(document);
 		document.Program(1)->Scene(2)->CopyFrom(*document.Program(0)->Scene(1));
 	}
+	if (round % 16 == 8)
+		KeepAndLoad(document, round / 16);
 	for (int32_t id = 0; id < TVortelDocument::kNumberOfParameters; id += 7)
 		document.ParameterValue(id);
 	instance.Engine().PlayingStep();

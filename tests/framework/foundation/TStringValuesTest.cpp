@@ -2,6 +2,7 @@
 #include "framework/foundation/ProductInfo.h"
 #include "framework/foundation/TString.h"
 #include "tests/support/TStringPrinter.h"
+#include "tests/support/TTestLocale.h"
 
 #include <gtest/gtest.h>
 
@@ -35,19 +36,6 @@ public:
 	TSharedStrings() { TString::SetupStrings(); }
 
 	~TSharedStrings() { TString::CleanupStrings(); }
-};
-
-/// The process in a locale whose decimal point is a comma, if the machine has one.
-class TCommaLocale {
-public:
-	TCommaLocale() {
-		for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "de_DE", "fr_FR.UTF-8", "es_ES.UTF-8"})
-			mIsSet = mIsSet || std::setlocale(LC_ALL, name);
-	}
-
-	~TCommaLocale() { std::setlocale(LC_ALL, "C"); }
-
-	bool mIsSet = false;
 };
 
 } // namespace
@@ -182,9 +170,7 @@ TEST(TStringValuesTest, CommonValuesShareOneTextWhileTheFrameworkRuns) {
 }
 
 TEST(TStringValuesTest, NumbersDoNotChangeWithTheLocale) {
-	const TCommaLocale locale;
-	if (!locale.mIsSet)
-		GTEST_SKIP() << "no locale with a decimal comma is installed";
+	const TTestLocale locale("de_DE.UTF-8");
 	EXPECT_EQ(TString::ToString(0.0f), "0.0");
 	EXPECT_EQ(TString::ToString(0.25f), "0.25");
 	EXPECT_EQ(TString::ToString(0.25f, "%.1f"), "0.2");
