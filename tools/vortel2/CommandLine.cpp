@@ -7,6 +7,7 @@
 #include "tools/vortel2/NameCommand.h"
 #include "tools/vortel2/ParameterCommands.h"
 #include "tools/vortel2/RenderCommand.h"
+#include "tools/vortel2/TBankCommands.h"
 #include "tools/vortel2/TLevels.h"
 #include "tools/vortel2/ToolErrors.h"
 
@@ -49,6 +50,7 @@ public:
 		AddValue();
 		AddLevels();
 		AddNames();
+		mBank.AddTo(mApp, &PrintResult);
 	}
 
 	void Parse(int argc, char** argv) {
@@ -123,6 +125,7 @@ private:
 	TParameterQuery mText;
 	TParameterQuery mValue;
 	std::vector<std::string> mFiles;
+	TBankCommands mBank;
 	int32_t mNameCount = 1;
 	std::optional<uint32_t> mNameSeed;
 };

@@ -3,6 +3,7 @@
 
 #include "framework/foundation/TRandom.h"
 #include "tools/vortel2/AddOption.h"
+#include "tools/vortel2/DocumentFiles.h"
 
 #include <array>
 #include <cmath>
@@ -51,6 +52,12 @@ std::vector<float> ParseLevels(const TOptionText& text) {
 	return levels;
 }
 
+std::string FileName(const TOptionText& text) {
+	if (text.Text().empty())
+		text.Fail("is not the name of a file");
+	return text.Text();
+}
+
 /// Two parameters of a device may share a name (its filter's type and its own): the one that reads the text is meant.
 std::pair<int32_t, float> ParseNamed(TVortelDocument& document, const TOptionText& setting) {
 	const auto [name, text] = setting.SplitAt('=', "ID=VALUE or NAME=TEXT");
@@ -84,25 +91,36 @@ bool ParseParameterText(TVortelDocument& document, int32_t id, const std::string
 }
 
 void TInstanceSettings::AddOptions(CLI::App& app) {
+	AddPlaceOptions(app);
+	AddContentOptions(app);
+}
+
+void TInstanceSettings::AddContentOptions(CLI::App& app) {
 	AddProgramOptions(app);
 	AddSceneOptions(app);
 	AddParameterOption(app);
 }
 
-void TInstanceSettings::AddProgramOptions(CLI::App& app) {
+void TInstanceSettings::AddPlaceOptions(CLI::App& app) {
+	AddOption(app, "--bank", "FILE", "load a bank", [this](const TOptionText& text) { mBankFile = FileName(text); });
+	AddOption(app, "--program", "FILE", "load a program into the active one", [this](const TOptionText& text) {
+		mProgramFile = FileName(text);
+	});
 	AddOption(app, "--program-index", "N", "make program N (0 to 15) active", [this](const TOptionText& text) {
 		mProgramIndex = text.Integer(0, TVortelDocument::kNumberOfPrograms - 1);
 	});
 	AddOption(app, "--scene", "N", "make scene N (0 to 127) active", [this](const TOptionText& text) {
 		mSceneIndex = text.Integer(0, TVortelProgram::kNumberOfScenes - 1);
 	});
-	AddNumberIfAnyOption(
-	    app, "--random", "[SEED]", "fill the scene with random content, the same for the same SEED",
-	    [this](const TOptionText& text) {
-		    mRandomize.emplace();
-		    if (!text.Text().empty())
-			    mRandomize->mSeed = text.RandomSeed();
-	    });
+	AddOption(app, "--lock", "on|off", "notes do not change the scene", [this](const TOptionText& text) {
+		mLock = text.OnOff();
+	});
+	AddOption(
+	    app, "--solo", "ROW", "hear one row only: its display position 0 to 10, -1 none",
+	    [this](const TOptionText& text) { mSolo = text.Integer(-1, TVortelProgram::kNumberOfDevices - 1); });
+}
+
+void TInstanceSettings::AddProgramOptions(CLI::App& app) {
 	AddOption(
 	    app, "--order", "D,D,...", "processing order: all eleven devices, the first 0",
 	    [this](const TOptionText& text) { mOrder = ParseOrder(text); });
@@ -115,15 +133,16 @@ void TInstanceSettings::AddProgramOptions(CLI::App& app) {
 	AddOption(app, "--soft-clip", "on|off", "soft clipping of the output", [this](const TOptionText& text) {
 		mSoftClip = text.OnOff();
 	});
-	AddOption(app, "--lock", "on|off", "notes do not change the scene", [this](const TOptionText& text) {
-		mLock = text.OnOff();
-	});
-	AddOption(
-	    app, "--solo", "ROW", "hear one row only: its display position 0 to 10, -1 none",
-	    [this](const TOptionText& text) { mSolo = text.Integer(-1, TVortelProgram::kNumberOfDevices - 1); });
 }
 
 void TInstanceSettings::AddSceneOptions(CLI::App& app) {
+	AddNumberIfAnyOption(
+	    app, "--random", "[SEED]", "fill the scene with random content, the same for the same SEED",
+	    [this](const TOptionText& text) {
+		    mRandomize.emplace();
+		    if (!text.Text().empty())
+			    mRandomize->mSeed = text.RandomSeed();
+	    });
 	AddOption(app, "--beats", "N", "beats of the pattern, 1 to 8", [this](const TOptionText& text) {
 		mBeats = text.Integer(1, 8);
 	});
@@ -161,17 +180,25 @@ void TInstanceSettings::AddParameter(const TOptionText& text) {
 }
 
 void TInstanceSettings::ApplyTo(TVortelDocument& document) const {
+	ApplyPlace(document);
 	ApplyProgram(document);
 	ApplyScene(document);
 	ApplyParameters(document);
 }
 
-void TInstanceSettings::ApplyProgram(TVortelDocument& document) const {
+void TInstanceSettings::ApplyPlace(TVortelDocument& document) const {
+	if (!mBankFile.empty())
+		DocumentFiles::LoadBank(document, mBankFile);
 	if (mProgramIndex)
 		document.SetCurrentProgramIndex(*mProgramIndex);
-	TVortelProgram& program = *document.ActiveProgram();
+	if (!mProgramFile.empty())
+		DocumentFiles::LoadProgram(document, mProgramFile);
 	if (mSceneIndex)
-		program.ActiveSceneIndex().Set(*mSceneIndex);
+		document.ActiveProgram()->ActiveSceneIndex().Set(*mSceneIndex);
+}
+
+void TInstanceSettings::ApplyProgram(TVortelDocument& document) const {
+	TVortelProgram& program = *document.ActiveProgram();
 	if (mRandomize) {
 		if (mRandomize->mSeed)
 			TRandom::SetState(*mRandomize->mSeed);

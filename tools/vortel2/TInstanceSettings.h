@@ -22,7 +22,9 @@ struct TRandomizeScene {
 /// What the command line sets on a fresh instance. The settings are made in a fixed order, which is that of the
 /// members, whatever their order on the command line.
 struct TInstanceSettings {
+	std::string mBankFile; // empty: none
 	std::optional<int32_t> mProgramIndex;
+	std::string mProgramFile; // empty: none
 	std::optional<int32_t> mSceneIndex;
 	std::optional<TRandomizeScene> mRandomize;
 	std::optional<TVortelProgram::TDeviceOrder> mOrder;
@@ -43,16 +45,21 @@ struct TInstanceSettings {
 
 	/// The options of a render; this must outlive the parsing.
 	void AddOptions(CLI::App& app);
+	/// Those of them that say what a program and a scene hold.
+	void AddContentOptions(CLI::App& app);
 	/// --param alone.
 	void AddParameterOption(CLI::App& app);
 
-	/// GUI thread. Throws a TUsageError for a name that no parameter has and a text that it does not read.
+	/// GUI thread. Throws a TWorkError for files that cannot be loaded, a TUsageError for a name that no parameter has
+	/// and a text that it does not read.
 	void ApplyTo(TVortelDocument& document) const;
 
 private:
+	void AddPlaceOptions(CLI::App& app);
 	void AddProgramOptions(CLI::App& app);
 	void AddSceneOptions(CLI::App& app);
 	void AddParameter(const TOptionText& text);
+	void ApplyPlace(TVortelDocument& document) const;
 	void ApplyProgram(TVortelDocument& document) const;
 	void ApplyScene(TVortelDocument& document) const;
 	void ApplyParameters(TVortelDocument& document) const;

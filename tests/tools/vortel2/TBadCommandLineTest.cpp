@@ -52,8 +52,6 @@ TEST_F(TBadCommandLineTest, CommandsAndTheirArguments) {
 	ExpectFailure({"value", "-1", "0"}, 2, "ID");
 	ExpectFailure({"value", "58", "1", "--scene", "3"}, 2, "--scene");
 	ExpectFailure({"value", "58", "1", "--param", "RET:Mode=Sometimes"}, 2, "--param");
-	for (const char* option : {"--bank", "--program"})
-		ExpectFailure({"render", "in.wav", "out.wav", option, "1"}, 2, option);
 }
 
 TEST_F(TBadCommandLineTest, ValuesOutOfTheirRange) {

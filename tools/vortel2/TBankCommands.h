@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+/// `bank` and the commands below it: show, convert, init, random, chunk, levels, build.
+class TBankCommands {
+public:
+	/// This must outlive the parsing. `print` gets what belongs on the standard output.
+	void AddTo(CLI::App& app, std::function<void(const std::string&)> print);
+
+private:
+	CLI::App*
+	Add(CLI::App& parent, const std::string& name, const std::string& help, const std::string& input,
+	    const std::string& output);
+	std::string Show() const;
+	void Convert() const;
+	void Init() const;
+	void Randomize() const;
+	void WriteChunk() const;
+	void Build() const;
+
+	std::string mInput;
+	std::string mOutput;
+	std::optional<uint32_t> mSeed;
+};
