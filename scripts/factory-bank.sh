@@ -14,7 +14,8 @@ page=docs/factory-bank.md
 "$vortel2" bank build "$source" "$bank"
 mkdir -p build/factory-bank
 for program in $(seq 0 15); do
-  "$vortel2" render --quiet --demo build/factory-bank/loop.wav --plot "docs/images/program-$((program + 1)).png" \
+  name=$(printf "program-%02d" $((program + 1)))
+  "$vortel2" render --quiet --demo "build/factory-bank/$name.wav" --plot "docs/images/$name.png" \
     --bank "$bank" --program-index "$program" --note 0@0
 done
 
@@ -40,7 +41,7 @@ awk '
   inProgram && /^  .*--trigger latch/ { mode = "Latch" }
   /^scene / {
     if (inProgram) {
-      printf "\n## %d. %s\n\n%s\n\n![Scene 0 of %s](images/program-%d.png)\n\n", number, name, remark, name, number
+      printf "\n## %d. %s\n\n%s\n\n![Scene 0 of %s](images/program-%02d.png)\n\n", number, name, remark, name, number
       printf "Trigger mode: %s.\n\n| scene | what it does |\n|---|---|\n", mode
       inProgram = 0
     }

@@ -7,8 +7,6 @@
 #include "tools/vortel2/TReplacedFile.h"
 #include "tools/vortel2/ToolErrors.h"
 
-#include <cerrno>
-#include <cstring>
 #include <unistd.h>
 
 namespace {
@@ -75,12 +73,7 @@ void DocumentFiles::Save(TVortelDocument& document, const std::string& path) {
 
 void DocumentFiles::WriteBytes(const std::string& path, std::span<const uint8_t> bytes) {
 	TReplacedFile file(path);
-	while (!bytes.empty()) {
-		const ssize_t written = write(file.Descriptor(), bytes.data(), bytes.size());
-		if (written < 0)
-			throw TWorkError(path + ": " + std::strerror(errno));
-		bytes = bytes.subspan(static_cast<std::size_t>(written));
-	}
+	file.Write(bytes);
 	file.Commit();
 }
 

@@ -25,7 +25,7 @@ std::string LevelLine(const std::string& title, const TLevels& levels, double dr
 	std::array<char, 96> numbers;
 	std::snprintf(
 	    numbers.data(), numbers.size(), "  peak %7.2f dB  RMS %+6.2f dB", InDecibels(levels.mPeak),
-	    InDecibels(levels.mRms / dryRms));
+	    InDecibels(levels.Rms() / dryRms));
 	return title + numbers.data() + "\n";
 }
 
@@ -70,7 +70,7 @@ std::string ListSceneLevels(const std::string& bankFile) {
 	const TScenePlayer player(bankFile);
 	TMemorySource loop(player.Loop());
 	const TLevels dry = TLevels::Measure(loop);
-	std::string list = LevelLine("the loop ", dry, dry.mRms);
+	std::string list = LevelLine("the loop ", dry, dry.Rms());
 	for (int32_t program = 0; program < TVortelDocument::kNumberOfPrograms; ++program) {
 		for (int32_t scene = 0; scene < TVortelProgram::kNumberOfScenes; ++scene) {
 			const bool isUsed = instance.WithDocument(
@@ -80,7 +80,7 @@ std::string ListSceneLevels(const std::string& bankFile) {
 			std::array<char, 16> title;
 			std::snprintf(title.data(), title.size(), "%2d %6d", program, scene);
 			TMemorySource sound(player.Play(program, scene));
-			list += LevelLine(title.data(), TLevels::Measure(sound), dry.mRms);
+			list += LevelLine(title.data(), TLevels::Measure(sound), dry.Rms());
 		}
 	}
 	return list;

@@ -96,7 +96,7 @@ TEST_F(FactoryBankTest, PageListsProgramsAndScenes) {
 TEST_P(FactoryBankSoundTest, ScenesKeepTheLevelOfTheLoop) {
 	const TScenePlayer player(kBank);
 	TMemorySource loop(player.Loop());
-	const double dryRms = TLevels::Measure(loop).mRms;
+	const double dryRms = TLevels::Measure(loop).Rms();
 	const auto scenes = InBank([](TVortelDocument& document) { return UsedScenes(*document.Program(GetParam())); });
 	for (const int32_t scene : scenes) {
 		SCOPED_TRACE(scene);
@@ -105,7 +105,7 @@ TEST_P(FactoryBankSoundTest, ScenesKeepTheLevelOfTheLoop) {
 		TMemorySource source(sound);
 		const TLevels levels = TLevels::Measure(source);
 		EXPECT_LT(levels.mPeak, 1.0);
-		const double decibels = 20.0 * std::log10(levels.mRms / dryRms);
+		const double decibels = 20.0 * std::log10(levels.Rms() / dryRms);
 		EXPECT_LT(decibels, 3.0);
 		EXPECT_TRUE(decibels > -3.0 || kSilentScenes.contains({GetParam(), scene})) << decibels;
 	}
