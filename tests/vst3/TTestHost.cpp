@@ -7,6 +7,8 @@
 #include "tests/plugin/TInstanceDriver.h"
 #include "tests/support/TTemporaryFolder.h"
 
+#include <algorithm>
+#include <cstring>
 #include <gtest/gtest.h>
 
 using namespace Steinberg;
@@ -240,9 +242,9 @@ TTestState MakeTestState(unsigned int seed) {
 	TStream chunk;
 	instance->Shell().AsGui([&] { instance->Document().SaveBankChunk(chunk); });
 	const auto length = static_cast<int32_t>(chunk.Bytes().size());
-	const auto* lengthBytes = reinterpret_cast<const uint8*>(&length);
-	TTestState state(lengthBytes, lengthBytes + sizeof(length));
-	state.insert(state.end(), chunk.Bytes().begin(), chunk.Bytes().end());
+	TTestState state(sizeof(length) + chunk.Bytes().size());
+	std::memcpy(state.data(), &length, sizeof(length));
+	std::ranges::copy(chunk.Bytes(), state.begin() + sizeof(length));
 	return state;
 }
 

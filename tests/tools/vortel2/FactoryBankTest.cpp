@@ -83,8 +83,9 @@ TEST_F(FactoryBankTest, PageListsProgramsAndScenes) {
 	const std::string page = Contents(kPage);
 	std::istringstream source(Contents(kSource));
 	for (std::string line; std::getline(source, line);) {
-		if (line.starts_with("program "))
+		if (line.starts_with("program ")) {
 			EXPECT_NE(page.find(". " + line.substr(8) + "\n"), std::string::npos) << line;
+		}
 		if (line.starts_with("scene ")) {
 			const std::size_t blank = line.find(' ', 6);
 			const std::string row = "| " + line.substr(6, blank - 6) + " | " + line.substr(blank + 1) + " |";
