@@ -31,8 +31,9 @@ public:
 
 private:
 	TString Text() {
+		// None of blanks alone: such a text reads back empty, in a step as in any document.
 		static const std::array<TString, 8> kTexts = {
-		    TString(),       "  ",          "a < b & \"c\"", "&#65; &#1;", TString(u"\x0001\xd800\xfffe"),
+		    TString(),       " a ",         "a < b & \"c\"", "&#65; &#1;", TString(u"\x0001\xd800\xfffe"),
 		    "line\r\n\ttwo", "100 % of %s", "[0]/Leaves"};
 		return kTexts[static_cast<std::size_t>(Below(8))];
 	}
