@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <vector>
 
-/// Drives an instance with noise, a playing host and, where wanted, notes, program changes and automation. The same
-/// calls give the same sound.
+/// Drives an instance with noise, a playing host and, where wanted, notes, program changes, automation and jumps. The
+/// same calls give the same sound.
 class TInstanceDriver {
 public:
 	static constexpr int32_t kBlock = 256;
@@ -52,11 +52,17 @@ public:
 		block.mParameterChanges = changes;
 		block.mMidiEvents = events;
 		mInstance.Shell().Process(block);
-		mTransport.mBeatPosition += kBlock * 140.0 / 60.0 / 44100.0;
+		mTransport.mBeatPosition += kBlock * static_cast<double>(mTransport.mTempo) / 60.0 / 44100.0;
 	}
 
-	/// Audio: a block with automation in its middle and at times notes, program changes and "all sound off".
+	/// Audio: a block with automation in its middle and at times notes, program changes, "all sound off", another
+	/// tempo, another place in the song, or a stop.
 	void BusyBlock(int32_t number) {
+		if (number % 11 == 0)
+			mTransport.mTempo = 20.0f + static_cast<float>(400.0 * mRandom.NextDouble());
+		if (number % 29 == 0)
+			mTransport.mBeatPosition = 100.0 * mRandom.NextDouble() - 20.0;
+		mTransport.mIsPlaying = number % 64 < 60;
 		const auto parameter = static_cast<int32_t>(mRandom.NextInt() % TVortelDocument::kNumberOfParameters);
 		const std::array<TProgramPluginShell::TParameterChange, 2> changes{
 		    {{0, parameter, static_cast<float>(mRandom.NextDouble())},
