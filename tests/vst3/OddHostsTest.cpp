@@ -177,7 +177,9 @@ private:
 		return kNumbers[Pick(std::size(kNumbers))];
 	}
 
-	ParamID OddId() { return Odd() ? static_cast<ParamID>(0x7ffffff5 + Pick(14)) : static_cast<ParamID>(Pick(212)); }
+	ParamID OddId() {
+		return Odd() ? ParamID{0x7ffffff5} + static_cast<ParamID>(Pick(14)) : static_cast<ParamID>(Pick(212));
+	}
 
 	double OddValue() {
 		constexpr double kValues[] = {
