@@ -51,6 +51,13 @@ T* Checked(T* made) {
 	return made;
 }
 
+/// The library sets itself up on its first use, but not safely when two threads begin at once; doing it once here,
+/// before any document exists, orders every later use behind it. It does nothing if the host has been first.
+void SetUpLibrary() {
+	static const bool isSetUp = (xmlInitParser(), true);
+	(void)isSetUp;
+}
+
 } // namespace
 
 std::string LibXml::Utf8(const TString& text) {
@@ -69,12 +76,18 @@ TString LibXml::FromUtf8(const xmlChar* text) {
 	return text ? TString(reinterpret_cast<const char*>(text), kUtf8Encoding) : TString();
 }
 
+LibXml::TDocument LibXml::NewDocument() {
+	SetUpLibrary();
+	return TDocument(Checked(xmlNewDoc(Chars("1.0"))));
+}
+
 LibXml::TDocument LibXml::Parse(std::string_view bytes, std::string& errors) {
 	errors.clear();
 	if (bytes.size() > kLargestDocument) {
 		errors = "the document is too large";
 		return nullptr;
 	}
+	SetUpLibrary();
 	const TParser parser(Checked(xmlNewParserCtxt()));
 	parser->_private = &errors;
 	parser->sax->serror = &CollectError;

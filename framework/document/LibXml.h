@@ -46,6 +46,9 @@ TString FromUtf8(const xmlChar* text);
 /// Larger documents are refused: the fullest bank takes an eighth of this.
 inline constexpr std::size_t kLargestDocument = std::size_t{64} << 20;
 
+/// An empty document. Throws TOutOfMemoryException.
+TDocument NewDocument();
+
 /// Blank text between elements is dropped, nothing is fetched, no entity but the built-in ones is expanded. Null, with
 /// what the parser says, when the bytes are no XML.
 TDocument Parse(std::string_view bytes, std::string& errors);

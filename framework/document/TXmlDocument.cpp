@@ -127,9 +127,8 @@ void TXmlDocument::CheckRootName(xmlNode* root, const TString& path) const {
 }
 
 std::string TXmlDocument::Print(bool writeEmptyElements, const TString& styleSheet, std::string& errors) const {
-	const LibXml::TDocument document(xmlNewDoc(LibXml::Chars("1.0")));
-	xmlNode* root =
-	    document ? xmlNewDocNode(document.get(), nullptr, LibXml::Chars(LibXml::Utf8(mRootName)), nullptr) : nullptr;
+	const LibXml::TDocument document = LibXml::NewDocument();
+	xmlNode* root = xmlNewDocNode(document.get(), nullptr, LibXml::Chars(LibXml::Utf8(mRootName)), nullptr);
 	if (!root)
 		throw TOutOfMemoryException();
 	xmlDocSetRootElement(document.get(), root);
