@@ -235,6 +235,21 @@ TEST_F(TVortelDocumentTest, SequenceCommands) {
 	EXPECT_EQ(Row(2).Step(48), kStepBlockStart);
 }
 
+TEST_F(TVortelDocumentTest, RandomCommandsTellOfTheirOwnChange) {
+	const auto watcher = MakePtr<TBangWatcher>(*mpDocument);
+	const auto bangsAfter = [&](void (TVortelDocument::*command)()) {
+		(mpDocument.Get()->*command)();
+		return watcher->Take();
+	};
+	EXPECT_EQ(bangsAfter(&TVortelDocument::RandomizeProgramName), "p");
+	EXPECT_EQ(bangsAfter(&TVortelDocument::RandomizeSeed), "");
+	EXPECT_EQ(bangsAfter(&TVortelDocument::RandomizeEffects), "s");
+	EXPECT_EQ(bangsAfter(&TVortelDocument::MutateEffects), "s");
+	EXPECT_EQ(bangsAfter(&TVortelDocument::MutateSequence), "q");
+	EXPECT_EQ(bangsAfter(&TVortelDocument::MutateScene), "sq");
+	EXPECT_TRUE(bangsAfter(&TVortelDocument::RandomizeAllPrograms).ends_with("psq"));
+}
+
 TEST_F(TVortelDocumentTest, FlipFollowsTheOrderOfTheDevices) {
 	Row(0).SetStep(0, kStepBlockStart);
 	Row(5).SetStep(5, kStepBlockStart);
