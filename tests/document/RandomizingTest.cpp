@@ -4,7 +4,7 @@
 #include "document/TVortelGaterDevice.h"
 #include "document/TVortelProgramNameWords.h"
 #include "framework/foundation/TRandom.h"
-#include "tests/support/TFrameworkFixture.h"
+#include "tests/support/TDocumentFixture.h"
 #include "tests/support/TStringPrinter.h"
 
 #include <cmath>
@@ -199,18 +199,8 @@ std::vector<std::string> Words(const char* text) {
 
 } // namespace
 
-class RandomizingTest : public TFrameworkFixture {
+class RandomizingTest : public TDocumentFixture {
 protected:
-	void SetUp() override {
-		TFrameworkFixture::SetUp();
-		mpDocument = MakePtr<TVortelDocument>();
-	}
-
-	void TearDown() override {
-		mpDocument = nullptr;
-		TFrameworkFixture::TearDown();
-	}
-
 	std::string RowText(int32_t device) const {
 		return mpDocument->ActiveSequencer()->Sequence(device).ToString().CString();
 	}
@@ -243,8 +233,6 @@ protected:
 			EXPECT_EQ(RowText(device), row.find('*') == std::string::npos ? "" : row) << device;
 		}
 	}
-
-	TPtr<TVortelDocument> mpDocument;
 };
 
 TEST_F(RandomizingTest, EachNumberOfASceneIsTheOneDrawn) {

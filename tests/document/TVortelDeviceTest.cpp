@@ -5,7 +5,7 @@
 #include "document/TVortelEffectDevices.h"
 #include "document/TVortelGaterDevice.h"
 #include "document/TVortelMasterDevice.h"
-#include "tests/support/TFrameworkFixture.h"
+#include "tests/support/TDocumentFixture.h"
 
 #include <string>
 #include <vector>
@@ -30,18 +30,8 @@ public:
 
 } // namespace
 
-class TVortelDeviceTest : public TFrameworkFixture {
+class TVortelDeviceTest : public TDocumentFixture {
 protected:
-	void SetUp() override {
-		TFrameworkFixture::SetUp();
-		mpDocument = MakePtr<TVortelDocument>();
-	}
-
-	void TearDown() override {
-		mpDocument = nullptr;
-		TFrameworkFixture::TearDown();
-	}
-
 	/// Moves every value away from its default, in the scene and in the program.
 	void Disturb() {
 		for (int32_t id = 0; id < TVortelDocument::kNumberOfParameters; ++id)
@@ -49,8 +39,6 @@ protected:
 	}
 
 	std::string ValueText(int32_t id) const { return mpDocument->Parameter(id)->ValueText().CString(); }
-
-	TPtr<TVortelDocument> mpDocument;
 };
 
 TEST_F(TVortelDeviceTest, EveryIdHasAParameterAndEveryListItsOrder) {

@@ -3,7 +3,7 @@
 
 #include "document/TVortelEffectDevices.h"
 #include "framework/foundation/TThreadCommunicator.h"
-#include "tests/support/TFrameworkFixture.h"
+#include "tests/support/TDocumentFixture.h"
 
 #include <cmath>
 #include <future>
@@ -48,23 +48,11 @@ public:
 
 } // namespace
 
-class TVortelDocumentTest : public TFrameworkFixture {
+class TVortelDocumentTest : public TDocumentFixture {
 protected:
-	void SetUp() override {
-		TFrameworkFixture::SetUp();
-		mpDocument = MakePtr<TVortelDocument>();
-	}
-
-	void TearDown() override {
-		mpDocument = nullptr;
-		TFrameworkFixture::TearDown();
-	}
-
 	TVortelSequence& Row(int32_t device) { return mpDocument->ActiveSequencer()->Sequence(device); }
 
 	void SelectScene(int32_t index) { mpDocument->ActiveProgram()->ActiveSceneIndex().Set(index); }
-
-	TPtr<TVortelDocument> mpDocument;
 };
 
 TEST_F(TVortelDocumentTest, StartsWithSixteenInitPrograms) {

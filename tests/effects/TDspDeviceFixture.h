@@ -4,7 +4,7 @@
 #include "document/TVortelDocument.h"
 #include "effects/TVortelDspDevice.h"
 #include "tests/effects/TestSignals.h"
-#include "tests/support/TFrameworkFixture.h"
+#include "tests/support/TDocumentFixture.h"
 
 #include <algorithm>
 #include <vector>
@@ -44,18 +44,8 @@ private:
 };
 
 /// A document, and devices that read its active scene.
-class TDspDeviceFixture : public TFrameworkFixture {
+class TDspDeviceFixture : public TDocumentFixture {
 protected:
-	void SetUp() override {
-		TFrameworkFixture::SetUp();
-		mpDocument = MakePtr<TVortelDocument>();
-	}
-
-	void TearDown() override {
-		mpDocument = nullptr;
-		TFrameworkFixture::TearDown();
-	}
-
 	TVortelScene& Scene() { return *mpDocument->ActiveScene(); }
 
 	template <class TDevice>
@@ -84,6 +74,4 @@ protected:
 			at += count;
 		}
 	}
-
-	TPtr<TVortelDocument> mpDocument;
 };

@@ -4,23 +4,22 @@
 #include "engine/TVortelAudioEngine.h"
 #include "framework/foundation/TThreadCommunicator.h"
 #include "tests/engine/FakeDevices.h"
-#include "tests/support/TFrameworkFixture.h"
+#include "tests/support/TDocumentFixture.h"
 
 #include <algorithm>
 #include <vector>
 
 /// An engine on a fresh document, played one sample at a time unless a test says otherwise, so that what the devices
 /// write down is exact. At 8192 Hz and 120 beats per minute a beat has 4096 samples, a step of the initial grid 1024.
-class TEngineFixture : public TFrameworkFixture {
+class TEngineFixture : public TDocumentFixture {
 protected:
 	static constexpr int32_t kRate = 8192;
 	static constexpr int64_t kBeat = 4096;
 	static constexpr int64_t kStep = 1024;
 
 	void SetUp() override {
-		TFrameworkFixture::SetUp();
+		TDocumentFixture::SetUp();
 		FakeDevices::Log() = {};
-		mpDocument = MakePtr<TVortelDocument>();
 		mpEngine = MakePtr<TVortelAudioEngine>(mpDocument.Get());
 		mpEngine->SetInputChannels(1);
 		mpEngine->SetOutputChannels(1);
@@ -34,7 +33,7 @@ protected:
 		mpEngine = nullptr;
 		mpDocument = nullptr;
 		TThreadCommunicator::Instance()->FlushAllCommands();
-		TFrameworkFixture::TearDown();
+		TDocumentFixture::TearDown();
 	}
 
 	/// The audio role, with what was posted to it run.
@@ -104,7 +103,6 @@ protected:
 
 	std::vector<int64_t> Retriggers(int32_t device) const { return FakeDevices::Log().Samples(device, 'r'); }
 
-	TPtr<TVortelDocument> mpDocument;
 	TPtr<TVortelAudioEngine> mpEngine;
 	TTransportInfo mTransport;
 	bool mGivesTransport = true;
