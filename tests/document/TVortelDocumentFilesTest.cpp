@@ -8,6 +8,8 @@
 #include "tests/support/TTemporaryFolder.h"
 #include "tests/support/TTestLocale.h"
 
+#include <gmock/gmock.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <random>

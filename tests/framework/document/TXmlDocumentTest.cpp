@@ -14,6 +14,8 @@
 #include "tests/support/TStringPrinter.h"
 #include "tests/support/TTemporaryFolder.h"
 
+#include <gmock/gmock.h>
+
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
