@@ -1,6 +1,7 @@
 # Options and compiler settings that hold for every target of the project.
 
 option(VORTEL_BUILD_TESTS "Build the test suite" ON)
+option(VORTEL_BUILD_FUZZERS "Build the fuzzers, with clang" OFF)
 option(VORTEL_BUILD_BENCHMARKS "Build the benchmarks" ON)
 option(VORTEL_PRECOMPILE "Precompile the standard library's headers; off shows a file that forgot to include one" ON)
 set(VORTEL_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize takes them")
