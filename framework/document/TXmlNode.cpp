@@ -127,7 +127,9 @@ TXmlNode* TXmlNode::FindChild(const TString& name, int32_t expectedIndex, int32_
 		return at(expectedIndex);
 	if (!ChildNamesAreUnique())
 		return nullptr;
-	for (int32_t distance = 1; distance <= std::max(expectedIndex, count - expectedIndex); ++distance) {
+	// Where elements repeat, the expected index runs far beyond the members; there is nothing to look at there.
+	const int32_t nearest = std::max(1, expectedIndex - (count - 1));
+	for (int32_t distance = nearest; distance <= std::max(expectedIndex, count - expectedIndex); ++distance) {
 		if (IsChild(expectedIndex + distance, name))
 			return at(expectedIndex + distance);
 		if (IsChild(expectedIndex - distance, name))

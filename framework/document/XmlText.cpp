@@ -62,10 +62,12 @@ TString XmlText::Decode(const TString& text) {
 	std::size_t done = 0;
 	for (;;) {
 		const std::size_t start = units.find(u'&', done);
-		const std::size_t end = start == std::u16string_view::npos ? start : units.find(u';', start);
+		// A number holds no "&": looking no further keeps the work linear in hostile texts.
+		const std::size_t end = start == std::u16string_view::npos ? start : units.find_first_of(u"&;", start + 1);
 		if (end == std::u16string_view::npos)
 			break;
-		const auto unit = UnitBehind(units.substr(start, end - start + 1));
+		const auto unit =
+		    units[end] == u';' ? UnitBehind(units.substr(start, end - start + 1)) : std::optional<char16_t>();
 		decoded += units.substr(done, start - done);
 		decoded += unit ? *unit : u'&';
 		done = unit ? end + 1 : start + 1;

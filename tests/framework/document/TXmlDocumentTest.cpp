@@ -213,6 +213,19 @@ TEST_F(TXmlDocumentTest, ReadingTakesWhatItKnowsWhereverItStands) {
 	EXPECT_EQ(mpThing->mNumbers.Size(), 0) << "an element that is there replaces the list";
 }
 
+// Endless if an element cost as much as there were elements, or references, before it.
+TEST_F(TXmlDocumentTest, RepetitionsCostNoMoreThanTheirNumber) {
+	std::string text = "<XmlThing>";
+	for (int i = 0; i < 300000; ++i)
+		text += "<Size>4</Size>";
+	text += "<Size>7</Size><Name>";
+	for (int i = 0; i < 1000000; ++i)
+		text += "&amp;#";
+	mpThing->LoadFromStream(StreamOf(text + "1;</Name></XmlThing>"));
+	EXPECT_EQ(mpThing->mSize.Get(), 7);
+	EXPECT_EQ(mpThing->mName.Get().Length(), 2 * 999999 + 1);
+}
+
 TEST_F(TXmlDocumentTest, EntitiesAreNotFollowed) {
 	const std::string declared = "<!DOCTYPE XmlThing [<!ENTITY a \"ha\"><!ENTITY b \"&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;\">"
 	                             "<!ENTITY c SYSTEM \"file:///etc/hostname\">]>";
