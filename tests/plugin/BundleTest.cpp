@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The bundle as it lies on the disk: what it shows, what it says of itself, and that it comes and goes without a trace.
+#include "shell/vst3/Vst3Ids.h"
 #include "shell/vst3/Vst3Interfaces.h"
 #include "tests/support/TTemporaryFolder.h"
 #include "tests/vst3/TVst3Module.h"
 
 #include <pluginterfaces/vst/ivstcomponent.h>
+#include <pluginterfaces/vst/ivstunits.h>
 
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -28,6 +30,15 @@ std::string LiveOnce(const TVst3Module& module) {
 	ProcessData data;
 	results += std::to_string(AskFor<IAudioProcessor>(component, IAudioProcessor_iid)->process(data));
 	return results + std::to_string(component->terminate());
+}
+
+std::u16string FirstProgram(const TVst3Module& module) {
+	const auto component = module.Make<IComponent>(IComponent_iid);
+	component->initialize(nullptr);
+	String128 name{};
+	AskFor<IUnitInfo>(component, IUnitInfo_iid)->getProgramName(kVst3Preset, 0, name);
+	component->terminate();
+	return name;
 }
 
 auto Count(const char* folder) {
@@ -103,7 +114,7 @@ TEST(BundleTest, UnloadingLeavesNothingBehind) {
 	}
 }
 
-TEST(BundleTest, LoadsWithoutResourcesAndWithoutAHome) {
+TEST(BundleTest, LoadsWithoutAHomeAndWithNoBankOrADamagedOne) {
 	const TTemporaryFolder folder;
 	const std::string copy = folder.PathOf("Vortel2.so");
 	fs::copy_file(VORTEL_BUNDLE_BINARY, copy);
@@ -112,4 +123,9 @@ TEST(BundleTest, LoadsWithoutResourcesAndWithoutAHome) {
 		setenv(variable, folder.PathOf("file").c_str(), 1);
 	const TVst3Module module(copy);
 	EXPECT_EQ(LiveOnce(module), "0000");
+	EXPECT_NE(FirstProgram(module), u"Init") << "made up at random where there is no bank";
+	fs::create_directory(folder.PathOf("Vortel2.res"));
+	folder.Write("Vortel2.res/DefaultBank.v2bnk", "<VortelDocument><Program0><Name>Half");
+	EXPECT_EQ(LiveOnce(module), "0000");
+	EXPECT_EQ(FirstProgram(module), u"Init") << "what cannot be read leaves a bank of init programs";
 }
