@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kParseOptions = XML_PARSE_NOBLANKS | XML_PARSE_NONET;
 constexpr std::size_t kLongestErrors = 4095;
+constexpr int kMostAttributes = 256; // of one element; documents of ours have a handful
 
 using TParser = std::unique_ptr<xmlParserCtxt, LibXml::TDeleter>;
 using TBuffer = std::unique_ptr<xmlBuffer, LibXml::TDeleter>;
@@ -29,6 +30,29 @@ void CollectError(void* userData, xmlError* error) {
 		*errors += '\n';
 	*errors += "line " + std::to_string(error->line) + ": ";
 	*errors += text;
+}
+
+/// The parser compares each attribute of an element with all before it, which a hostile file turns into hours. So the
+/// equals signs of each tag, outside quotes, are counted before it gets to that.
+bool HasTooManyAttributes(std::string_view bytes) {
+	constexpr auto kNone = std::string_view::npos;
+	bool isInTag = false;
+	int attributes = 0;
+	for (std::size_t at = 0;; ++at) {
+		at = isInTag ? bytes.find_first_of("=>\"'", at) : bytes.find('<', at);
+		if (at == kNone)
+			return false;
+		const char mark = bytes[at];
+		if (mark == '<') {
+			isInTag = bytes.substr(at + 1, 1) != "!";
+			attributes = 0;
+		} else if (mark == '>')
+			isInTag = false;
+		else if (mark == '=' && ++attributes > kMostAttributes)
+			return true;
+		else if (mark != '=' && (at = bytes.find(mark, at + 1)) == kNone)
+			return false;
+	}
 }
 
 bool IsKnownToXml(char16_t unit) {
@@ -85,6 +109,10 @@ LibXml::TDocument LibXml::Parse(std::string_view bytes, std::string& errors) {
 	errors.clear();
 	if (bytes.size() > kLargestDocument) {
 		errors = "the document is too large";
+		return nullptr;
+	}
+	if (HasTooManyAttributes(bytes)) {
+		errors = "an element has too many attributes";
 		return nullptr;
 	}
 	SetUpLibrary();

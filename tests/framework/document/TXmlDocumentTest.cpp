@@ -257,6 +257,10 @@ TEST_F(TXmlDocumentTest, UnreadableFilesSaySo) {
 	for (int i = 0; i < 5000; ++i)
 		deep += "<XmlThing>";
 	EXPECT_THAT(ErrorOf(deep), testing::HasSubstr("Excessive depth"));
+	std::string wide = "<XmlThing";
+	for (int i = 0; i < 100000; ++i)
+		wide += " a" + std::to_string(i) + "='>'";
+	EXPECT_THAT(ErrorOf(wide + "/>"), testing::HasSubstr("(an element has too many attributes)"));
 	EXPECT_NE(
 	    ErrorOf("<XmlThing><Parts><Part type=\"Nothing\"/></Parts></XmlThing>").find("type 'Nothing'!"),
 	    std::string::npos);
