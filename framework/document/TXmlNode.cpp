@@ -66,7 +66,8 @@ std::vector<TXmlNode> TXmlNode::CollectChildren() const {
 		for (int32_t i = 0; i < mpObservableList->Size(); ++i)
 			append(mpObservableList->ItemName(), kWrite, nullptr, mpObservableList->ElementObservable(i));
 	} else if (mpNode) {
-		children.reserve(static_cast<std::size_t>(mpNode->Properties().Count() + mpNode->Children().Count()));
+		const int32_t count = mpNode->Properties().Count() + mpNode->Children().Count();
+		children.reserve(static_cast<std::size_t>(count));
 		mpNode->VisitMembers(
 		    [&](const TDocumentNode::TValueProperty& value) {
 			    append(value.mName, value.mFlags, nullptr, value.mpValue);
