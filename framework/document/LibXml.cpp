@@ -6,13 +6,16 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <libxml/dict.h>
+#include <libxml/uri.h>
 #include <libxml/xmlsave.h>
 
 namespace {
 
 constexpr int kParseOptions = XML_PARSE_NOBLANKS | XML_PARSE_NONET;
 constexpr std::size_t kLongestErrors = 4095;
-constexpr int kMostAttributes = 256; // of one element; documents of ours have a handful
+constexpr int kMostAttributes = 256;               // of one element; documents of ours have a handful
+constexpr std::size_t kMostBytesOfNames = 1 << 20; // the parser's table of names slows down beyond
 
 using TParser = std::unique_ptr<xmlParserCtxt, LibXml::TDeleter>;
 using TBuffer = std::unique_ptr<xmlBuffer, LibXml::TDeleter>;
@@ -53,6 +56,16 @@ bool HasTooManyAttributes(std::string_view bytes) {
 		else if (mark != '=' && (at = bytes.find(mark, at + 1)) == kNone)
 			return false;
 	}
+}
+
+/// Declared attributes appear, with a value, in every element of the name: another way to thousands of them.
+void RefuseAttributeDeclaration(
+    void* userData, const xmlChar*, const xmlChar*, int, int, const xmlChar*, xmlEnumeration* values) {
+	auto* context = static_cast<xmlParserCtxt*>(userData);
+	xmlFreeEnumeration(values);
+	*static_cast<std::string*>(context->_private) = "the document declares attributes";
+	context->wellFormed = 0;
+	xmlStopParser(context);
 }
 
 bool IsKnownToXml(char16_t unit) {
@@ -98,6 +111,18 @@ std::string LibXml::Utf8(const TString& text) {
 
 TString LibXml::FromUtf8(const xmlChar* text) {
 	return text ? TString(reinterpret_cast<const char*>(text), kUtf8Encoding) : TString();
+}
+
+TString LibXml::PathOf(const TString& name) {
+	constexpr int32_t kSchemeLength = 7;
+	constexpr int32_t kThisMachineLength = 16;
+	TString path = name;
+	if (name.StartsWith("file://"))
+		path = FromUtf8(
+		    TText(reinterpret_cast<xmlChar*>(Checked(xmlURIUnescapeString(Utf8(name).c_str(), 0, nullptr)))).get());
+	if (path.StartsWithIgnoringCase("file://localhost/"))
+		return path.SubString(kThisMachineLength);
+	return path.StartsWith("file:///") ? path.SubString(kSchemeLength) : path;
 }
 
 LibXml::TDocument LibXml::NewDocument() {

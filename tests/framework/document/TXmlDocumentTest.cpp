@@ -261,6 +261,14 @@ TEST_F(TXmlDocumentTest, UnreadableFilesSaySo) {
 	for (int i = 0; i < 100000; ++i)
 		wide += " a" + std::to_string(i) + "='>'";
 	EXPECT_THAT(ErrorOf(wide + "/>"), testing::HasSubstr("(an element has too many attributes)"));
+	std::string declared = "<!DOCTYPE XmlThing [<!ATTLIST XmlThing";
+	std::string names = "<XmlThing>";
+	for (int i = 0; i < 100000; ++i) {
+		declared += " a" + std::to_string(i) + " CDATA 'x'";
+		names += "<another_name_" + std::to_string(i) + "/>";
+	}
+	EXPECT_THAT(ErrorOf(declared + ">]><XmlThing/>"), testing::HasSubstr("(the document declares attributes)"));
+	EXPECT_NE(ErrorOf(names + "</XmlThing>"), "") << "more names than the parser can look up in time";
 	EXPECT_NE(
 	    ErrorOf("<XmlThing><Parts><Part type=\"Nothing\"/></Parts></XmlThing>").find("type 'Nothing'!"),
 	    std::string::npos);
