@@ -144,6 +144,8 @@ LibXml::TDocument LibXml::Parse(std::string_view bytes, std::string& errors) {
 	const TParser parser(Checked(xmlNewParserCtxt()));
 	parser->_private = &errors;
 	parser->sax->serror = &CollectError;
+	parser->sax->attributeDecl = &RefuseAttributeDeclaration;
+	xmlDictSetLimit(parser->dict, kMostBytesOfNames);
 	TDocument document(
 	    xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr, kParseOptions));
 	return document;

@@ -49,8 +49,11 @@ inline constexpr std::size_t kLargestDocument = std::size_t{64} << 20;
 /// An empty document. Throws TOutOfMemoryException.
 TDocument NewDocument();
 
+/// The path that a name of a file stands for: a file URL of this machine is resolved, anything else is one already.
+TString PathOf(const TString& name);
+
 /// Blank text between elements is dropped, nothing is fetched, no entity but the built-in ones is expanded. Null, with
-/// what the parser says, when the bytes are no XML.
+/// what the parser says, when the bytes are no XML or would take longer than their number explains.
 TDocument Parse(std::string_view bytes, std::string& errors);
 
 /// The text of the document as it stands in a file. Empty, with a reason, on failure.

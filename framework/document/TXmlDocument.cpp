@@ -146,7 +146,7 @@ std::string TXmlDocument::Print(bool writeEmptyElements, const TString& styleShe
 void TXmlDocument::SaveFile(const TString& path, bool writeEmptyElements) {
 	std::string errors;
 	const std::string text = Print(writeEmptyElements, mStyleSheet, errors);
-	const TString reason = text.empty() ? Text(errors) : ReplaceFileContents(path, BytesOf(text));
+	const TString reason = text.empty() ? Text(errors) : ReplaceFileContents(LibXml::PathOf(path), BytesOf(text));
 	if (!reason.IsEmpty())
 		throw TReadableException(TString::Format("Failed to write the XML file '%s' (%s)!", path, reason));
 	if (text.empty())

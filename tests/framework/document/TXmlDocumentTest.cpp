@@ -303,6 +303,13 @@ TEST_F(TXmlDocumentTest, FileIsReplacedInOneStepOrNotAtAll) {
 	EXPECT_EQ(mFolder.Directory().ListFiles("*").Count(), 1) << "nothing half-written stays";
 }
 
+TEST_F(TXmlDocumentTest, FilesAreSavedUnderUrlsToo) {
+	mpThing->Save(TString("file://") + mFolder.Path("a%20b.xml"), false);
+	mpThing->Save(TString("file://localhost") + mFolder.Path("%41.xml"), false);
+	mpThing->Save(TString("FILE://LocalHost") + mFolder.Path("%42.xml"), false);
+	EXPECT_THAT(mFolder.Names(), testing::ElementsAre("%42.xml", "A.xml", "a b.xml"));
+}
+
 TEST_F(TXmlDocumentTest, OldFilesGoThroughEveryStep) {
 	const auto translator = MakePtr<TDocumentTranslator>();
 	translator->BeginStep();
