@@ -3,6 +3,7 @@
 
 #include "framework/document/TNameRules.h"
 
+#include <array>
 #include <cmath>
 
 TVortelScene::TParameterList::TParameterList() : TSerializableList<float>(TVortelParameterTable::kNumberOfParameters) {}
@@ -28,9 +29,8 @@ TVortelScene::TVortelScene() : mpSequencer(MakePtr<TVortelSequencer>()), mGaterV
 }
 
 void TVortelScene::Init(bool fromDefaults) {
-	const auto& defaults = TVortelParameterTable::Defaults();
-	for (int32_t id = 0; id < mParameterValues.Count(); ++id)
-		SetParameterValue(id, fromDefaults ? defaults[static_cast<std::size_t>(id)] : 0.0f);
+	static constexpr std::array<float, TVortelParameterTable::kNumberOfParameters> kZeros{};
+	mParameterValues.StoreAll(fromDefaults ? TVortelParameterTable::Defaults() : kZeros);
 	mSeed.Set(kInitialSeed);
 	mpSequencer->Clear();
 	InitGaterSteps(0);

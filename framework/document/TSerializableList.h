@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -52,6 +53,13 @@ public:
 	T operator[](int32_t index) const noexcept { return Word(index).load(std::memory_order_relaxed); }
 
 	void Store(int32_t index, T value) noexcept { Word(index).store(value, std::memory_order_relaxed); }
+
+	/// From the first element on; there must be as many elements as values.
+	void StoreAll(std::span<const T> values) noexcept {
+		T* place = this->begin();
+		for (const T value : values)
+			std::atomic_ref<T>(*place++).store(value, std::memory_order_relaxed);
+	}
 
 	/// Drops elements at the end, or appends `value` until there are `count`.
 	void Resize(int32_t count, T value = T{}) {
