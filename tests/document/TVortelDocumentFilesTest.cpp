@@ -10,11 +10,14 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <random>
 #include <string>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -289,6 +292,32 @@ TEST_F(TVortelDocumentFilesTest, DamagedBanksLeaveInitProgramsAndAMessage) {
 	mkfifo(mFolder.PathOf("pipe.v2bnk").c_str(), 0600);
 	EXPECT_FALSE(mpDocument->LoadBank(mFolder.Path("pipe.v2bnk"))) << "waits for nobody";
 	EXPECT_EQ(mFolder.Directory().ListFiles("*").Count(), 2) << "nothing half-written stays";
+}
+
+TEST_F(TVortelDocumentFilesTest, FilesOfOthersStayAsTheyAre) {
+	constexpr uid_t kNobody = 65534;
+	mFolder.Write("readable.v2bnk", "<VortelDocument/>");
+	mFolder.Write("secret.v2bnk", "<VortelDocument/>");
+	chmod(mFolder.PathOf("readable.v2bnk").c_str(), 0444);
+	chmod(mFolder.PathOf("secret.v2bnk").c_str(), 0);
+	chmod(mFolder.PathOf("").c_str(), 0555);
+	const pid_t child = fork();
+	if (child == 0) {
+		EXPECT_TRUE(geteuid() != 0 || setuid(kNobody) == 0) << "nothing is forbidden to the first user";
+		EXPECT_TRUE(mpDocument->LoadBank(mFolder.Path("readable.v2bnk")));
+		EXPECT_FALSE(mpDocument->LoadBank(mFolder.Path("secret.v2bnk")));
+		EXPECT_FALSE(mpDocument->SaveBank(mFolder.Path("readable.v2bnk")));
+		EXPECT_FALSE(mpDocument->SaveProgram(mFolder.Path("new.v2prg")));
+		EXPECT_THAT(sDialogs, testing::SizeIs(3));
+		EXPECT_THAT(sDialogs, testing::Each(testing::EndsWith(" (Permission denied)!'.")));
+		std::fflush(stdout);
+		_exit(HasFailure());
+	}
+	int status = -1;
+	waitpid(child, &status, 0);
+	EXPECT_EQ(status, 0);
+	EXPECT_THAT(mFolder.Names(), testing::ElementsAre("readable.v2bnk", "secret.v2bnk"));
+	chmod(mFolder.PathOf("").c_str(), 0755);
 }
 
 TEST_F(TVortelDocumentFilesTest, OtherEncodingsAreRead) {
