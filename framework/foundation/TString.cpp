@@ -174,7 +174,11 @@ int32_t TString::Length() const noexcept {
 }
 
 int TString::Compare(const TString& other) const noexcept {
-	return View().compare(other.View());
+	const char16_t* a = Units();
+	const char16_t* b = other.Units();
+	for (; *a != 0 && *a == *b; ++a)
+		++b;
+	return *a - *b;
 }
 
 int TString::CompareIgnoringCase(const TString& other) const {
