@@ -79,55 +79,68 @@ void TVortelAudioEngine::Process(
 	}
 }
 
+inline void TVortelAudioEngine::RunDevices(float* left, float* right, int32_t samples) {
+	if (mRunningCount == kStale)
+		CollectRunning();
+	bool hasEnded = false;
+	for (int32_t i = 0; i < mRunningCount; ++i) {
+		TVortelDspDevice& device = *mRunning[static_cast<std::size_t>(i)];
+		device.CaptureDry(left, right, samples);
+		device.Process(left, right, samples);
+		hasEnded |= !device.IsRunning();
+	}
+	if (hasEnded)
+		mRunningCount = kStale;
+}
+
 void TVortelAudioEngine::RunBlock(float* left, float* right, int32_t samples, const TTransportInfo* transport) {
 	const TFlushToZeroScope flushToZero;
 	FollowScene();
 	TVortelDspDevice& master = *mDevices[0];
+	TCommandScheduler& scheduler = *mpScheduler;
 	master.CaptureDry(left, right, samples);
 	if (transport)
 		ApplyTransport(*transport);
-	for (int32_t done = 0; done < samples;) {
-		const int32_t length = mpScheduler->Advance(samples - done);
-		if (mRunningIsStale || mRunningCount > 0)
-			RunDevices(left + done, right + done, length);
-		AdvancePosition(length);
-		done += length;
+	for (int32_t remaining = samples; remaining > 0;) {
+		const int32_t length = scheduler.Advance(remaining);
+		if (mRunningCount != 0)
+			RunDevices(left + (samples - remaining), right + (samples - remaining), length);
+		if (mHostIsPlaying) {
+			mHostPosition += length / mSamplesPerBeat;
+			mPositionIsBehind = true;
+		} else if (mIsRunning) {
+			AdvancePosition(length);
+		}
+		remaining -= length;
 	}
+	SettlePosition();
 	master.Process(left, right, samples);
 }
 
-void TVortelAudioEngine::RunDevices(float* left, float* right, int32_t samples) {
-	if (mRunningIsStale)
-		CollectRunning();
-	for (std::size_t i = 0; i < mRunningCount; ++i) {
-		TVortelDspDevice& device = *mRunning[i];
-		device.CaptureDry(left, right, samples);
-		device.Process(left, right, samples);
-		mRunningIsStale |= !device.IsRunning();
-	}
-}
-
 void TVortelAudioEngine::CollectRunning() {
-	mRunningIsStale = false;
 	mRunningCount = 0;
 	for (std::size_t position = 1; position < mProcessingOrder.size(); ++position) {
 		TVortelDspDevice* device = mDevices[static_cast<std::size_t>(mProcessingOrder[position])].Get();
 		if (device->IsRunning())
-			mRunning[mRunningCount++] = device;
+			mRunning[static_cast<std::size_t>(mRunningCount++)] = device;
 	}
 }
 
 void TVortelAudioEngine::AdvancePosition(int32_t samples) {
-	if (!mHostIsPlaying && !mIsRunning)
+	mPosition = MusicalTime::Wrap(mPosition + samples / mSamplesPerBeat, Grid().mBeats);
+}
+
+/// Follows the host: at the end of a block, before that if a step asks, and before what it is worked out from changes.
+void TVortelAudioEngine::SettlePosition() {
+	if (!mPositionIsBehind)
 		return;
-	const double delta = samples / mSamplesPerBeat;
 	const double loop = Grid().mBeats;
-	double position = mPosition + delta;
-	if (mHostIsPlaying) {
-		mHostPosition += delta;
-		position = MusicalTime::Lift(mHostPosition - mStartPosition, loop);
-	}
-	mPosition = MusicalTime::Wrap(position, loop);
+	SetPosition(MusicalTime::Wrap(MusicalTime::Lift(mHostPosition - mStartPosition, loop), loop));
+}
+
+void TVortelAudioEngine::SetPosition(double position) {
+	mPosition = position;
+	mPositionIsBehind = false;
 }
 
 void TVortelAudioEngine::ApplyTransport(const TTransportInfo& transport) {
@@ -217,7 +230,7 @@ void TVortelAudioEngine::ReadDeviceOrder() {
 	for (int32_t position = 0; position < kNumberOfDevices; ++position)
 		mProcessingOrder[static_cast<std::size_t>(position)] =
 		    std::clamp(mpProgram->DeviceAtPosition(position), 0, kNumberOfDevices - 1);
-	mRunningIsStale = true;
+	mRunningCount = kStale;
 }
 
 void TVortelAudioEngine::SetProgram(TVortelProgram* program) {
@@ -233,6 +246,7 @@ void TVortelAudioEngine::SetProgram(TVortelProgram* program) {
 void TVortelAudioEngine::SetScene(TVortelScene* scene) {
 	if (scene == mpScene)
 		return;
+	SettlePosition();
 	mpScene = scene;
 	for (const auto& device : mDevices)
 		device->SetScene(scene);

@@ -71,6 +71,8 @@ private:
 	void RunDevices(float* left, float* right, int32_t samples);
 	void CollectRunning();
 	void AdvancePosition(int32_t samples);
+	void SettlePosition();
+	void SetPosition(double position);
 	void ApplyTransport(const TTransportInfo& transport);
 	void SetTempo(float tempo);
 
@@ -125,6 +127,7 @@ private:
 	double mHostPosition = 0.0;        // beats
 	TRelaxed<bool> mIsRunning = false; // the sequencer
 	TRelaxed<double> mPosition = 0.0;  // of the sequencer, in beats, from 0 up to the loop's length
+	bool mPositionIsBehind = false;    // the host's has moved on since
 	double mStartPosition = 0.0;       // host position at which a run by note began
 	int32_t mCurrentStep = kNone;      // last acted on
 	int32_t mHeldNotes = 0;
@@ -136,10 +139,10 @@ private:
 	std::array<int32_t, kNumberOfDevices> mProcessingOrder{};
 	// By device id: 0 is the master, which brackets each host block and is not in the chain.
 	std::array<TPtr<TVortelDspDevice>, kNumberOfDevices> mDevices;
-	// The effects that run, in processing order; stale when one has begun or ended, or the order has changed.
+	// The effects that run, in processing order; the count is kStale when one has begun or ended, or the order changed.
 	std::array<TVortelDspDevice*, kNumberOfDevices> mRunning{};
-	std::size_t mRunningCount = 0;
-	bool mRunningIsStale = true;
+	static constexpr int32_t kStale = -1;
+	int32_t mRunningCount = kStale;
 
 	static constexpr std::size_t kRandomTableSize = 4096;
 	TParkMillerPRNG mRandom;

@@ -38,10 +38,10 @@ void TVortelAudioEngine::StartSequencer() {
 	mCurrentStep = kNone;
 	if (TriggerMode() == kTriggerHost) {
 		const double loop = Grid().mBeats;
-		mPosition = MusicalTime::Wrap(MusicalTime::Lift(mHostPosition, loop), loop);
+		SetPosition(MusicalTime::Wrap(MusicalTime::Lift(mHostPosition, loop), loop));
 		mStartPosition = 0.0;
 	} else {
-		mPosition = 0.0;
+		SetPosition(0.0);
 		mStartPosition = mHostPosition;
 	}
 	// A restart at the same place shuffles the same.
@@ -57,7 +57,7 @@ void TVortelAudioEngine::StopSequencer() {
 	mIsRunning = false;
 	mCurrentStep = kNone;
 	mHeldNotes = 0;
-	mPosition = 0.0;
+	SetPosition(0.0);
 	mStartPosition = 0.0;
 	for (std::size_t device = 1; device < mDevices.size(); ++device)
 		mDevices[device]->Stop();
@@ -73,6 +73,7 @@ void TVortelAudioEngine::RemovePendingSteps() {
 void TVortelAudioEngine::AdvanceStep() {
 	if (!mIsRunning)
 		return;
+	SettlePosition();
 	const TStepGrid grid = Grid();
 	const double position = mPosition;
 	const int32_t step = grid.StepAt(position, mSamplesPerStep);
@@ -157,7 +158,7 @@ void TVortelAudioEngine::ApplyStep(int32_t deviceId, uint8_t step) {
 	const bool isRunning = device.IsRunning();
 	if (step == kStepBlockStart || (step == kStepBlockContinue && !isRunning)) {
 		device.Start();
-		mRunningIsStale = true;
+		mRunningCount = kStale;
 	} else if (step == kStepEmpty && isRunning)
 		device.Stop();
 }

@@ -1,32 +1,70 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "framework/foundation/TCommandPoolAllocator.h"
 #include "framework/foundation/TReferenceCountable.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <utility>
 
+class TCommand;
+
+/// What strings commands together.
+class TCommandLink {
+private:
+	friend class TCommand;
+	friend class TCommandQueue;
+	friend class TCommandScheduler;
+
+	TCommandLink() = default;
+
+	TCommand* Command() noexcept;
+
+	TCommandLink* mpNext = nullptr;
+	int64_t mExecuteTime = 0; // samples, in the scheduler's time
+};
+
 /// A unit of work that travels through the queues of TThreadCommunicator or waits in a TCommandScheduler; never both.
 /// new and delete use the command pools, so commands can be made on the audio thread; when a pool cannot grow, new
 /// throws TOutOfMemoryException. A command dies where its last reference goes.
-class TCommand : public TReferenceCountable {
+class TCommand : public TReferenceCountable, private TCommandLink {
 public:
 	/// Runs on the receiving thread. What it throws is swallowed there.
 	virtual void Execute() = 0;
 
-	bool IsDeletedOnMainThread() const override { return false; }
+	bool IsDeletedOnMainThread() const final { return false; }
 
-	static void* operator new(std::size_t size);
-	static void operator delete(void* memory) noexcept;
+	bool PrepareForDeletion() final { return true; }
+
+	static void* operator new(std::size_t size) {
+		TCommandPoolAllocator* pool = TCommandPoolAllocator::OfThisThread();
+		void* memory = pool ? pool->AllocateFreed(size) : nullptr;
+		return memory ? memory : AllocateElsewhere(size);
+	}
+
+	static void operator delete(void* memory) noexcept { TCommandPoolAllocator::Free(memory); }
 
 private:
+	friend class TCommandLink;
 	friend class TCommandQueue;
 	friend class TCommandScheduler;
 
-	TCommand* mpNext = nullptr;
-	int64_t mExecuteTime = 0; // samples, in the scheduler's time
+	static void* AllocateElsewhere(std::size_t size);
+
+	/// Release for queue and schedule. Theirs mostly is the only reference; then nobody can add one, and no locked
+	/// instruction is needed.
+	void Discharge() {
+		if (ReferenceCount() == 1) [[likely]]
+			delete this;
+		else
+			Release();
+	}
 };
+
+inline TCommand* TCommandLink::Command() noexcept {
+	return static_cast<TCommand*>(this);
+}
 
 /// Predicate over commands.
 class TCommandMatch {
@@ -45,32 +83,4 @@ public:
 
 private:
 	TFunction mFunction;
-};
-
-/// Gives up, on the receiving thread, a reference that the sender hands over. A command that is dropped unrun gives it
-/// up as well.
-class TDecRefCommand final : public TCommand {
-public:
-	explicit TDecRefCommand(TReferenceCountable* object) noexcept : mpObject(object) {}
-
-	~TDecRefCommand() override { Execute(); }
-
-	void Execute() override;
-
-private:
-	TReferenceCountable* mpObject;
-};
-
-/// Deletes an object on the receiving thread. A command that is dropped unrun deletes it as well.
-template <class T>
-class TDeleteCommand final : public TCommand {
-public:
-	explicit TDeleteCommand(T* object) noexcept : mpObject(object) {}
-
-	~TDeleteCommand() override { Execute(); }
-
-	void Execute() override { delete std::exchange(mpObject, nullptr); }
-
-private:
-	T* mpObject;
 };

@@ -5,7 +5,8 @@
 #include "framework/foundation/TReadableException.h"
 
 #include <algorithm>
-#include <new>
+#include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -14,11 +15,16 @@ constexpr std::size_t kPreallocated = 262144; // bytes per pool
 
 } // namespace
 
-TCommandPoolAllocator::TMemoryBlock::TMemoryBlock(int32_t size)
-    : mpMemory(static_cast<std::byte*>(Memory::Allocate("#CommandPoolAllocator", static_cast<std::size_t>(size)))),
-      mSize(size) {
+constinit thread_local TCommandPoolAllocator* TCommandPoolAllocator::sOfThisThread = nullptr;
+constinit TCommandPoolAllocator::TNoneFreed TCommandPoolAllocator::sNone;
+
+TCommandPoolAllocator::TMemoryBlock::TMemoryBlock(TCommandPoolAllocator* pool, std::size_t place, std::size_t size)
+    : mpPool(pool),
+      mPlace(static_cast<int32_t>(place)),
+      mSize(static_cast<int32_t>(size)),
+      mpMemory(static_cast<std::byte*>(Memory::Allocate("#CommandPoolAllocator", size))) {
 	static_assert(kHeaderSize == kAlignment);
-	WriteChunk(0, size - kHeaderSize);
+	WriteChunk(0, mSize - kHeaderSize);
 }
 
 TCommandPoolAllocator::TMemoryBlock::~TMemoryBlock() {
@@ -26,11 +32,18 @@ TCommandPoolAllocator::TMemoryBlock::~TMemoryBlock() {
 }
 
 void TCommandPoolAllocator::TMemoryBlock::WriteChunk(int32_t offset, int32_t size) noexcept {
-	new (mpMemory + offset) TChunk{this, size, 0};
+	new (mpMemory + offset) TChunk{mpPool, size, mPlace};
 }
 
-void* TCommandPoolAllocator::TMemoryBlock::AllocateByScan(int32_t size) noexcept {
-	NoticeFrees();
+/// 0 behind the last chunk.
+int32_t TCommandPoolAllocator::TMemoryBlock::SizeAt(int32_t offset) const noexcept {
+	if (offset >= mSize)
+		return 0;
+	const int32_t size = ChunkAt(offset).mSize;
+	return std::abs(size) <= mSize - kHeaderSize ? size : 0;
+}
+
+void* TCommandPoolAllocator::TMemoryBlock::Allocate(int32_t size) noexcept {
 	if (mLargestFree >= 0 && mLargestFree < size + kHeaderSize)
 		return nullptr;
 	int32_t largest = 0;
@@ -43,7 +56,8 @@ void* TCommandPoolAllocator::TMemoryBlock::AllocateByScan(int32_t size) noexcept
 				size = CutOff(offset, chunkSize, size);
 				mFirstFree = firstFree < 0 ? End(offset, size) : firstFree;
 				mLargestFree = -1;
-				return MarkAllocated(offset, size);
+				ChunkAt(offset).mSize = -size;
+				return mpMemory + offset + kHeaderSize;
 			}
 			if (firstFree < 0)
 				firstFree = offset;
@@ -61,8 +75,7 @@ int32_t TCommandPoolAllocator::TMemoryBlock::Absorb(int32_t offset, int32_t size
 	int32_t merged = size;
 	for (int32_t next; (next = SizeAt(End(offset, merged))) > 0;)
 		merged += kHeaderSize + next;
-	if (merged != size)
-		ChunkAt(offset).mSize.store(merged, std::memory_order_relaxed);
+	ChunkAt(offset).mSize = merged;
 	return merged;
 }
 
@@ -76,13 +89,10 @@ int32_t TCommandPoolAllocator::TMemoryBlock::CutOff(int32_t offset, int32_t free
 	return size;
 }
 
-void TCommandPoolAllocator::TMemoryBlock::Free(void* memory) noexcept {
-	TChunk& chunk = *reinterpret_cast<TChunk*>(static_cast<std::byte*>(memory) - kHeaderSize);
-	TMemoryBlock& block = *chunk.mpBlock;
-	// The releases hand the payload's last contents over to the scan that finds it free. In this order, else a scan
-	// between the two would miss the chunk and not be told.
-	chunk.mSize.store(-chunk.mSize.load(std::memory_order_relaxed), std::memory_order_release);
-	block.mFrees.fetch_add(1, std::memory_order_release);
+void TCommandPoolAllocator::TMemoryBlock::Join(TChunk& chunk) noexcept {
+	chunk.mSize = -chunk.mSize;
+	mFirstFree = std::min(mFirstFree, static_cast<int32_t>(reinterpret_cast<std::byte*>(&chunk) - mpMemory));
+	mLargestFree = -1;
 }
 
 TCommandPoolAllocator::TCommandPoolAllocator() : mBlockSize(std::max(kSmallestBlock, Memory::PageSize())) {
@@ -90,36 +100,58 @@ TCommandPoolAllocator::TCommandPoolAllocator() : mBlockSize(std::max(kSmallestBl
 	try {
 		mBlocks.reserve(2 * count);
 		for (std::size_t i = 0; i < count; ++i)
-			mBlocks.emplace_back(new TMemoryBlock(static_cast<int32_t>(mBlockSize)));
+			AddBlock();
 	} catch (const std::exception&) {
 		throw TReadableException("Fatal Error. Failed to preallocate basic command queue memory!");
 	}
-	mpFirstBlock = mBlocks.front().Get();
 }
 
-TCommandPoolAllocator::~TCommandPoolAllocator() = default;
+TCommandPoolAllocator::~TCommandPoolAllocator() {
+	if (sOfThisThread == this)
+		SetOfThisThread(nullptr);
+}
 
-void* TCommandPoolAllocator::AllocateByScan(std::size_t size) {
+void TCommandPoolAllocator::AddBlock() {
+	mBlocks.emplace_back(new TMemoryBlock(this, mBlocks.size(), mBlockSize));
+}
+
+/// The release hands the payload's last contents over to the thread that takes the list.
+void TCommandPoolAllocator::FreeElsewhere(void* memory) noexcept {
+	auto* freed = new (memory) TFreed{mpFreedElsewhere.load(std::memory_order_relaxed)};
+	while (!mpFreedElsewhere.compare_exchange_weak(
+	    freed->mpNext, freed, std::memory_order_release, std::memory_order_relaxed)) {
+	}
+}
+
+void* TCommandPoolAllocator::AllocateUnlikeFreed(std::size_t size) {
 	if (size == 0 || size > MaximumSize())
 		return nullptr;
-	const auto rounded = static_cast<int32_t>((size + kAlignment - 1) / kAlignment * kAlignment);
+	if (mpFreed == &sNone.mFreed) {
+		mpFreed = mpFreedElsewhere.exchange(&sNone.mFreed, std::memory_order_acquire);
+		if (void* memory = AllocateFreed(size))
+			return memory;
+	}
+	JoinFreed();
+	const auto rounded = static_cast<int32_t>(Rounded(size));
 	for (const TPtr<TMemoryBlock>& block : mBlocks)
-		if (void* memory = block->AllocateByScan(rounded))
+		if (void* memory = block->Allocate(rounded))
 			return memory;
 	return AllocateFromNewBlock(rounded);
 }
 
+void TCommandPoolAllocator::JoinFreed() noexcept {
+	TFreed* const none = &sNone.mFreed;
+	for (TFreed* list : {std::exchange(mpFreed, none), mpFreedElsewhere.exchange(none, std::memory_order_acquire)})
+		for (; list != none; list = list->mpNext)
+			mBlocks[static_cast<std::size_t>(ChunkOf(list).mBlock)]->Join(ChunkOf(list));
+}
+
 void* TCommandPoolAllocator::AllocateFromNewBlock(int32_t size) {
 	try {
-		TPtr<TMemoryBlock> block(new TMemoryBlock(static_cast<int32_t>(mBlockSize)));
 		TCriticalSection::TGuard guard(mLock);
-		mBlocks.push_back(block);
-		return block->AllocateByScan(size);
+		AddBlock();
+		return mBlocks.back()->Allocate(size);
 	} catch (const std::exception&) {
 		return nullptr;
 	}
-}
-
-void TCommandPoolAllocator::Free(void* memory) noexcept {
-	TMemoryBlock::Free(memory);
 }

@@ -8,11 +8,13 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
+#include <limits>
+#include <new>
 #include <vector>
 
 /// First-fit memory for commands, 256 KiB of it made at construction, so that the audio thread stays off the heap.
-/// One thread at a time allocates; any thread may free at the same moment, without a lock.
+/// One thread at a time allocates; any thread may free at the same moment, without a lock. What was freed last serves
+/// the next request as it is, if it fits that; if not, all that was freed joins the free memory first.
 class TCommandPoolAllocator final : public TReferenceCountable {
 public:
 	/// Throws TReadableException when the basic memory is not to be had.
@@ -21,51 +23,76 @@ public:
 
 	/// Null for size 0, for a size above MaximumSize() and when no further block is to be had. Aligned to 16 bytes.
 	void* Allocate(std::size_t size) {
-		void* memory = mpFirstBlock->AllocateExact((size + kAlignment - 1) & ~(kAlignment - 1));
-		return memory ? memory : AllocateByScan(size);
+		void* memory = AllocateFreed(size);
+		return memory ? memory : AllocateUnlikeFreed(size);
+	}
+
+	/// What was freed last on this thread, null if that does not fit: mostly it does, where commands of one kind come
+	/// and go.
+	void* AllocateFreed(std::size_t size) noexcept {
+		TFreed* freed = mpFreed;
+		if (!IsAllocatedFor(size, ChunkOf(freed)))
+			return nullptr;
+		mpFreed = freed->mpNext;
+		return freed;
 	}
 
 	/// Gives back what any pool has allocated.
-	static void Free(void* memory) noexcept;
+	static void Free(void* memory) noexcept {
+		TCommandPoolAllocator& pool = *ChunkOf(memory).mpPool;
+		if (pool.mpThread.load(std::memory_order_relaxed) == __builtin_thread_pointer())
+			pool.mpFreed = new (memory) TFreed{pool.mpFreed};
+		else
+			pool.FreeElsewhere(memory);
+	}
 
 	std::size_t MaximumSize() const noexcept { return mBlockSize - sizeof(TChunk); }
 
 	bool IsDeletedOnMainThread() const override { return false; }
+
+	/// The pool that the calling thread, and no other at the same time, allocates from; null when that is not known.
+	static TCommandPoolAllocator* OfThisThread() noexcept { return sOfThisThread; }
+
+	/// To be forgotten (null) when the thread changes its role or its storage, or the pool goes.
+	static void SetOfThisThread(TCommandPoolAllocator* pool) noexcept {
+		if (sOfThisThread)
+			sOfThisThread->mpThread.store(nullptr, std::memory_order_relaxed);
+		sOfThisThread = pool;
+		if (pool)
+			pool->mpThread.store(__builtin_thread_pointer(), std::memory_order_relaxed);
+	}
 
 private:
 	static constexpr std::size_t kAlignment = 16;
 
 	class TMemoryBlock;
 
-	/// Stands before each payload. Whoever frees a payload flips the sign and touches the chunk no more.
+	/// Stands before each payload.
 	struct TChunk {
-		TMemoryBlock* mpBlock;
-		std::atomic<int32_t> mSize; // bytes of payload, a multiple of 16; positive when free, negative when allocated
-		int32_t mPadding;
+		TCommandPoolAllocator* mpPool;
+		int32_t mSize;  // bytes of payload, a multiple of 16; positive when free, negative when allocated
+		int32_t mBlock; // its place in mBlocks
 	};
 
-	/// Only the allocating thread scans; what it found out holds until somebody frees.
+	/// What a payload holds that was freed, while its chunk still counts as allocated.
+	struct TFreed {
+		TFreed* mpNext;
+	};
+
+	/// The end of every list of freed ones: a chunk that fits no request.
+	struct TNoneFreed {
+		TChunk mChunk{nullptr, std::numeric_limits<int32_t>::max(), 0};
+		TFreed mFreed{nullptr};
+	};
+
+	/// Only the allocating thread comes here; what it found out holds until freed chunks join.
 	class TMemoryBlock final : public TReferenceCountable {
 	public:
-		explicit TMemoryBlock(int32_t size);
+		TMemoryBlock(TCommandPoolAllocator* pool, std::size_t place, std::size_t size);
 		~TMemoryBlock() override;
 
-		/// Null unless the first free chunk has the very size, as it mostly has where commands of one kind come and go.
-		void* AllocateExact(std::size_t size) noexcept {
-			NoticeFrees();
-			int32_t offset = mFirstFree;
-			int32_t chunkSize;
-			while ((chunkSize = SizeAt(offset)) < 0)
-				offset = End(offset, -chunkSize);
-			if (chunkSize <= 0 || static_cast<std::size_t>(chunkSize) != size)
-				return nullptr;
-			mFirstFree = End(offset, chunkSize);
-			mLargestFree = -1;
-			return MarkAllocated(offset, chunkSize);
-		}
-
-		void* AllocateByScan(int32_t size) noexcept;
-		static void Free(void* memory) noexcept;
+		void* Allocate(int32_t size) noexcept;
+		void Join(TChunk& chunk) noexcept;
 
 		bool IsDeletedOnMainThread() const override { return false; }
 
@@ -76,45 +103,45 @@ private:
 
 		TChunk& ChunkAt(int32_t offset) const noexcept { return *reinterpret_cast<TChunk*>(mpMemory + offset); }
 
-		/// 0 behind the last chunk.
-		int32_t SizeAt(int32_t offset) const noexcept {
-			if (offset >= mSize)
-				return 0;
-			const int32_t size = ChunkAt(offset).mSize.load(std::memory_order_acquire);
-			return std::abs(size) <= mSize - kHeaderSize ? size : 0;
-		}
-
-		void NoticeFrees() noexcept {
-			const uint32_t frees = mFrees.load(std::memory_order_acquire);
-			if (frees == mSeenFrees)
-				return;
-			mSeenFrees = frees;
-			mFirstFree = 0;
-			mLargestFree = -1;
-		}
-
-		void* MarkAllocated(int32_t offset, int32_t size) noexcept {
-			ChunkAt(offset).mSize.store(-size, std::memory_order_relaxed);
-			return mpMemory + offset + kHeaderSize;
-		}
-
+		int32_t SizeAt(int32_t offset) const noexcept;
 		void WriteChunk(int32_t offset, int32_t size) noexcept;
 		int32_t Absorb(int32_t offset, int32_t size) noexcept;
 		int32_t CutOff(int32_t offset, int32_t freeSize, int32_t size) noexcept;
 
-		std::atomic<uint32_t> mFrees{0};
-		uint32_t mSeenFrees = 0;
+		TCommandPoolAllocator* const mpPool;
+		const int32_t mPlace;
 		int32_t mFirstFree = 0;    // offset before which all chunks are allocated
 		int64_t mLargestFree = -1; // of the block, with its header; -1 when unknown
-		std::byte* mpMemory;
 		int32_t mSize;
+		std::byte* mpMemory;
 	};
 
-	void* AllocateByScan(std::size_t size);
+	static constexpr std::size_t Rounded(std::size_t size) noexcept {
+		return (size + kAlignment - 1) & ~(kAlignment - 1);
+	}
+
+	/// Whether a chunk might have been allocated for the size: at most the rest that goes along is beyond it.
+	static bool IsAllocatedFor(std::size_t size, const TChunk& chunk) noexcept {
+		return static_cast<std::size_t>(int64_t{chunk.mSize}) + Rounded(size) + sizeof(TChunk) <= sizeof(TChunk);
+	}
+
+	static TChunk& ChunkOf(void* payload) noexcept {
+		return *reinterpret_cast<TChunk*>(static_cast<std::byte*>(payload) - sizeof(TChunk));
+	}
+
+	void FreeElsewhere(void* memory) noexcept;
+	void* AllocateUnlikeFreed(std::size_t size);
+	void AddBlock();
+	void JoinFreed() noexcept;
 	void* AllocateFromNewBlock(int32_t size);
 
-	TMemoryBlock* mpFirstBlock = nullptr;
-	TCriticalSection mLock; // guards the growth of mBlocks
+	static constinit thread_local TCommandPoolAllocator* sOfThisThread;
+	static constinit TNoneFreed sNone;
+
+	std::atomic<void*> mpThread{nullptr};                 // that has this as its pool
+	TFreed* mpFreed = &sNone.mFreed;                      // by that thread
+	std::atomic<TFreed*> mpFreedElsewhere{&sNone.mFreed}; // by all others
+	TCriticalSection mLock;                               // guards the growth of mBlocks
 	std::vector<TPtr<TMemoryBlock>> mBlocks;
 	std::size_t mBlockSize; // bytes
 };

@@ -16,9 +16,13 @@ void TCommandPoolGlobals::OnBeforeDestruction() {
 		communicator->DropAllCommands();
 }
 
-void* TCommandPoolGlobals::AllocateElsewhere(std::size_t size) {
-	if (mThreads.IsCurrentThread(kAudioThread))
+void* TCommandPoolGlobals::Allocate(std::size_t size) {
+	if (mThreads.IsCurrentThread(kAudioThread)) {
+		// The thread stays what it is until it says so, which it can only where it has entered the storage itself.
+		if (this == Instance() && TGlobalStorage::CurrentId() >= 0)
+			TCommandPoolAllocator::SetOfThisThread(mAudioPool.Get());
 		return mAudioPool->Allocate(size);
+	}
 	if (mThreads.IsWorkerOf(kAudioThread))
 		if (const auto worker = static_cast<std::size_t>(mThreads.CurrentWorkerIndex()); worker < mWorkerPools.size())
 			return mWorkerPools[worker]->Allocate(size);

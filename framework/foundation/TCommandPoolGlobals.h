@@ -20,15 +20,11 @@ public:
 	~TCommandPoolGlobals() override = default;
 
 	/// From the calling thread's pool; null if that cannot grow. TCommandPoolAllocator::Free takes it back.
-	void* Allocate(std::size_t size) {
-		return mThreads.IsKnownAs(kAudioThread) ? mAudioPool->Allocate(size) : AllocateElsewhere(size);
-	}
+	void* Allocate(std::size_t size);
 
 private:
 	/// The memory of commands that still wait is about to go.
 	void OnBeforeDestruction() override;
-
-	void* AllocateElsewhere(std::size_t size);
 
 	const TThreadManager& mThreads;
 	TPtr<TCommandPoolAllocator> mAudioPool;

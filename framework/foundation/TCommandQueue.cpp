@@ -4,19 +4,20 @@
 #include <utility>
 
 void TCommandQueue::Push(TCommand* command) noexcept {
-	command->Retain();
-	TCommand* head = mHead.load();
+	command->RetainUnshared();
+	TCommandLink* link = command;
+	TCommandLink* head = mHead.load();
 	do
-		command->mpNext = head;
-	while (!mHead.compare_exchange_weak(head, command));
+		link->mpNext = head;
+	while (!mHead.compare_exchange_weak(head, link));
 }
 
-TCommand* TCommandQueue::TakeAll() noexcept {
-	TCommand* command = mHead.exchange(nullptr);
-	TCommand* inOrder = nullptr;
-	while (command) {
-		TCommand* next = std::exchange(command->mpNext, inOrder);
-		inOrder = std::exchange(command, next);
+TCommandLink* TCommandQueue::TakeAll() noexcept {
+	TCommandLink* link = mHead.exchange(nullptr);
+	TCommandLink* inOrder = nullptr;
+	while (link) {
+		TCommandLink* next = std::exchange(link->mpNext, inOrder);
+		inOrder = std::exchange(link, next);
 	}
 	return inOrder;
 }
@@ -25,22 +26,22 @@ void TCommandQueue::Drain() {
 	if (IsHeld() || IsEmpty() || mProcessing.load() > 0)
 		return;
 	mProcessing.fetch_add(1);
-	for (TCommand* command = TakeAll(); command;) {
-		TCommand* next = std::exchange(command->mpNext, nullptr);
+	for (TCommandLink* link = TakeAll(); link;) {
+		TCommand* command = link->Command();
+		link = std::exchange(link->mpNext, nullptr);
 		try {
 			command->Execute();
 		} catch (...) { // the next command must run all the same
 		}
-		command->Release();
-		command = next;
+		command->Discharge();
 	}
 	mProcessing.fetch_sub(1);
 }
 
 void TCommandQueue::Drop() {
-	for (TCommand* command = TakeAll(); command;) {
-		TCommand* next = std::exchange(command->mpNext, nullptr);
-		command->Release();
-		command = next;
+	for (TCommandLink* link = TakeAll(); link;) {
+		TCommand* command = link->Command();
+		link = std::exchange(link->mpNext, nullptr);
+		command->Discharge();
 	}
 }

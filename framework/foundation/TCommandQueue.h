@@ -38,9 +38,9 @@ public:
 	void Release() noexcept { mHoldCount.fetch_sub(1); }
 
 private:
-	TCommand* TakeAll() noexcept;
+	TCommandLink* TakeAll() noexcept;
 
 	std::atomic<int32_t> mProcessing{0};
 	std::atomic<int32_t> mHoldCount{0};
-	std::atomic<TCommand*> mHead{nullptr}; // the most recently pushed
+	std::atomic<TCommandLink*> mHead{nullptr}; // the most recently pushed
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "framework/foundation/TGlobalStorage.h"
 
+#include "framework/foundation/TCommandPoolAllocator.h"
+
 #include <algorithm>
 #include <memory>
 #include <mutex>
@@ -94,7 +96,7 @@ void TGlobalStorage::DestroyStorage(int32_t id) {
 		if (!storage)
 			return;
 		if (sCurrent == storage)
-			sCurrent = nullptr;
+			SetCurrentId(-1);
 		// Threads without a scope still reach these objects as the default, so they are left as they are.
 		for (int slot = 0; id == 0 && slot < kNumberOfSlots; ++slot)
 			if (void* object = std::exchange(storage->mSlots[static_cast<std::size_t>(slot)], nullptr))
@@ -122,6 +124,7 @@ void TGlobalStorage::RunDestroyers() {
 }
 
 void TGlobalStorage::SetCurrentId(int32_t id) {
+	TCommandPoolAllocator::SetOfThisThread(nullptr);
 	if (id < 0) {
 		sCurrent = nullptr;
 		return;

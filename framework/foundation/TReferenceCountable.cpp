@@ -3,7 +3,7 @@
 
 #include "framework/foundation/Framework.h"
 #include "framework/foundation/Memory.h"
-#include "framework/foundation/TCommand.h"
+#include "framework/foundation/TDecRefCommand.h"
 #include "framework/foundation/TReadableException.h"
 #include "framework/foundation/TThreadCommunicator.h"
 #include "framework/foundation/TThreadManager.h"

@@ -53,6 +53,14 @@ protected:
 	/// Deletes now, or on the main thread if IsDeletedOnMainThread asks for that. For who has postponed the deletion.
 	void DeleteOnItsThread();
 
+	/// Retain without a locked instruction where nobody else has a reference yet.
+	void RetainUnshared() const noexcept {
+		if (mReferenceCount.load(std::memory_order_relaxed) == 0)
+			mReferenceCount.store(1, std::memory_order_relaxed);
+		else
+			Retain();
+	}
+
 private:
 	void OnLastReferenceGone();
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "framework/foundation/TThreadManager.h"
 
+#include "framework/foundation/TCommandPoolAllocator.h"
+
 #include <algorithm>
 #include <mutex>
 #include <optional>
@@ -83,6 +85,7 @@ TThreadManager::TNode& TThreadManager::MakeNode() {
 }
 
 void TThreadManager::SetLocalInfo(TLocalThreadInfo info) {
+	TCommandPoolAllocator::SetOfThisThread(nullptr);
 	const TNode& known = LocalNode();
 	TNode& node = &known == &sNobody ? MakeNode() : const_cast<TNode&>(known); // only sNobody is really constant
 	node.mInfo = info;

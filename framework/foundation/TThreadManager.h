@@ -35,12 +35,6 @@ public:
 
 	bool IsCurrentThread(int32_t index) const noexcept { return CurrentThread() == index; }
 
-	/// As IsCurrentThread, but false also when finding out would take more than a look.
-	bool IsKnownAs(int32_t index) const noexcept {
-		const TCacheEntry& cached = sCache[mId % kCacheSize];
-		return cached.mManagerId == mId && cached.mpNode->mRole == index;
-	}
-
 	bool IsWorkerOf(int32_t index) const noexcept {
 		const TLocalThreadInfo info = LocalInfo();
 		return info.mWorkerIndex != -1 && info.mThreadIndex == index;

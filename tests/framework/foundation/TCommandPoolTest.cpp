@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstring>
 #include <random>
 #include <set>
@@ -108,4 +109,40 @@ TEST_F(TCommandPoolTest, EachRoleAllocatesFromItsOwnPool) {
 	}
 	EXPECT_EQ(first.size(), 4u);
 	EXPECT_TRUE(first.contains(allocateAs(kAudioThread, 2))); // no pool of its own: the general one
+}
+
+TEST_F(TCommandPoolTest, CommandsOfTheAudioThreadDieOnAnyThreadWhileOthersAreMade) {
+	constexpr int kRounds = 20000;
+	std::array<std::atomic<uint64_t*>, 8> handedOver{};
+	std::atomic<bool> isDone{false};
+	const auto freeWith = [](uint64_t* memory) {
+		EXPECT_EQ(memory[1], memory[0] * 3);
+		TCommandPoolAllocator::Free(memory);
+	};
+	std::thread other([&] {
+		while (!isDone.load())
+			for (auto& slot : handedOver)
+				if (uint64_t* memory = slot.exchange(nullptr))
+					freeWith(memory);
+	});
+	{
+		TGlobalStorageScope storage(TGlobalStorage::Current()->Id());
+		TThreadManager::TScope role(kAudioThread);
+		for (uint64_t i = 0; i < kRounds; ++i) {
+			auto* memory = static_cast<uint64_t*>(TCommand::operator new(i % 5 == 0 ? 48 : 32));
+			memory[0] = i;
+			memory[1] = i * 3;
+			if (i % 3 != 0)
+				memory = handedOver[i % handedOver.size()].exchange(memory);
+			if (memory)
+				freeWith(memory);
+		}
+		EXPECT_NE(TCommandPoolAllocator::OfThisThread(), nullptr);
+	}
+	EXPECT_EQ(TCommandPoolAllocator::OfThisThread(), nullptr); // it plays the role no more
+	isDone = true;
+	other.join();
+	for (auto& slot : handedOver)
+		if (uint64_t* memory = slot.exchange(nullptr))
+			freeWith(memory);
 }

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "framework/foundation/TThreadCommunicator.h"
+
+#include "framework/foundation/TDecRefCommand.h"
 #include "tests/support/TFrameworkFixture.h"
 
 #include <algorithm>
