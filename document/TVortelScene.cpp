@@ -11,10 +11,10 @@ TVortelScene::TParameterList::TParameterList() : TSerializableList<float>(TVorte
 // The list keeps its size also in between: automation goes on while a file is read.
 void TVortelScene::TParameterList::FromString(const TString& text) {
 	std::u16string_view rest = text.View();
-	for (int32_t i = 0; i < Count(); ++i) {
+	StoreEach([&](int32_t) {
 		const auto value = rest.empty() ? 0.0f : ParseElement<float>(TakeElement(rest));
-		Store(i, std::isfinite(value) ? value : 0.0f);
-	}
+		return std::isfinite(value) ? value : 0.0f;
+	});
 }
 
 TVortelScene::TVortelScene() : mpSequencer(MakePtr<TVortelSequencer>()), mGaterVolumeSteps(kNumberOfGaterSteps) {
@@ -38,11 +38,9 @@ void TVortelScene::Init(bool fromDefaults) {
 
 void TVortelScene::CopyFrom(const TVortelScene& source) {
 	mpSequencer->CopyFrom(*source.mpSequencer, false);
-	for (int32_t id = 0; id < mParameterValues.Count(); ++id)
-		SetParameterValue(id, source.ParameterValue(id));
+	mParameterValues.StoreEach([&](int32_t id) { return source.ParameterValue(id); });
 	mSeed.Set(source.mSeed.Get());
-	for (int32_t i = 0; i < kNumberOfGaterSteps; ++i)
-		SetGaterStep(i, source.GaterStep(i));
+	mGaterVolumeSteps.StoreEach([&](int32_t i) { return source.GaterStep(i); });
 }
 
 void TVortelScene::OnLoadBegin() {
@@ -56,6 +54,5 @@ void TVortelScene::OnLoadEnd(bool /*success*/) {
 }
 
 void TVortelScene::InitGaterSteps(int32_t first) {
-	for (int32_t i = first; i < kNumberOfGaterSteps; ++i)
-		SetGaterStep(i, DefaultGaterStep(i));
+	mGaterVolumeSteps.StoreEach([&](int32_t i) { return i < first ? GaterStep(i) : DefaultGaterStep(i); });
 }

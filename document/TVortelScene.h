@@ -42,6 +42,10 @@ public:
 
 	void SetGaterStep(int32_t index, float value) noexcept { mGaterVolumeSteps.Store(index, value); }
 
+	/// Moves on with every change of a parameter's value or a Gater step; audio thread too. See
+	/// TSerializableList::Changes.
+	uint32_t Changes() const noexcept { return mParameterValues.Changes() + mGaterVolumeSteps.Changes(); }
+
 	static constexpr float DefaultGaterStep(int32_t index) { return index % 2 == 0 ? 1.0f : 0.0f; }
 
 	TObservableBaseType<int>& Seed() noexcept { return mSeed; }

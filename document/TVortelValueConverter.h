@@ -44,7 +44,13 @@ public:
 	/// host's, read by the audio thread too.
 	bool IsStepped() const noexcept { return mStepped.load(std::memory_order_relaxed); }
 
-	void SetStepped(bool stepped) noexcept { mStepped.store(stepped, std::memory_order_relaxed); }
+	void SetStepped(bool stepped) noexcept {
+		if (mStepped.exchange(stepped, std::memory_order_relaxed) != stepped)
+			sChanges.fetch_add(1, std::memory_order_release);
+	}
+
+	/// Moves on whenever any converter gives other values than before, so that who follows values looks again.
+	static uint32_t Changes() noexcept { return sChanges.load(std::memory_order_acquire); }
 
 protected:
 	/// Number with the prefix in front of it.
@@ -60,6 +66,8 @@ protected:
 	TString mPrefix;
 
 private:
+	static inline std::atomic<uint32_t> sChanges{0};
+
 	std::atomic<bool> mStepped;
 };
 

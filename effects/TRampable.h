@@ -44,6 +44,9 @@ public:
 			mCurrent = target;
 	}
 
+	/// At the target to the last bit; nothing but another target moves it.
+	bool IsSettled() const { return mCurrent == mTarget; }
+
 	bool IsRamping() const { return mCurrent != mTarget && Next() != mCurrent; }
 
 	void Step() override { mCurrent = Next(); }

@@ -70,6 +70,10 @@ void TVortelDelayDspDevice::OnParametersChanged() {
 	mReturnRamp.SetTarget(Scene()->ParameterValue(kReturn));
 }
 
+bool TVortelDelayDspDevice::AreRampsSettled() const {
+	return mSendRamp.IsSettled() && mReturnRamp.IsSettled();
+}
+
 void TVortelDelayDspDevice::OnSampleRateChanged(int32_t rate) {
 	mSendRamp.SetScale(RampScale());
 	mReturnRamp.SetScale(RampScale());

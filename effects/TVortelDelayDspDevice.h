@@ -23,6 +23,7 @@ protected:
 	void OnRetrigger() override {}
 
 	void OnParametersChanged() override;
+	bool AreRampsSettled() const override;
 
 private:
 	void ComputeDelays();

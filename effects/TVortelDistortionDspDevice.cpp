@@ -202,6 +202,10 @@ void TVortelDistortionDspDevice::OnParametersChanged() {
 	UpdateTone();
 }
 
+bool TVortelDistortionDspDevice::AreRampsSettled() const {
+	return mDriveRamp.IsSettled() && mWetRamp.IsSettled() && mDryRamp.IsSettled();
+}
+
 void TVortelDistortionDspDevice::OnSampleRateChanged(int32_t) {
 	for (TRampable<float>* ramp : {&mDriveRamp, &mWetRamp, &mDryRamp})
 		ramp->SetScale(RampScale());

@@ -19,6 +19,7 @@ protected:
 	void ProcessEffect(float* left, float* right, int count) override;
 	void OnSampleRateChanged(int32_t rate) override;
 	void OnParametersChanged() override;
+	bool AreRampsSettled() const override;
 
 	void OnStateLost() override { OnTypeChanged(); }
 

@@ -97,6 +97,7 @@ void TVortelDspDevice::FinishConstruction() {
 void TVortelDspDevice::SetSampleRate(int32_t sampleRate) {
 	if (sampleRate == mSampleRate)
 		return;
+	Unsettle();
 	mSampleRate = sampleRate;
 	mFadePosition = 0;
 	mFadeLength = static_cast<int>(std::round(sampleRate * 0.001));
@@ -116,6 +117,7 @@ void TVortelDspDevice::SetBlockSize(int32_t blockSize) {
 }
 
 void TVortelDspDevice::SetTempo(float tempo) {
+	Unsettle();
 	mTempo = tempo;
 	OnTempoChanged(tempo);
 }
@@ -125,12 +127,14 @@ void TVortelDspDevice::SetProgram(TVortelProgram* program) {
 }
 
 void TVortelDspDevice::SetScene(TVortelScene* scene) {
+	Unsettle();
 	mpScene = scene;
 	if (mFollowsParameters)
 		PullParameters();
 }
 
 void TVortelDspDevice::Start() {
+	Unsettle();
 	if (!mFollowsParameters) {
 		mFollowsParameters = true;
 		PullParameters();
@@ -155,6 +159,34 @@ void TVortelDspDevice::Stop() {
 	mFadePosition = 0;
 }
 
+/// Nothing is pulled again until it can make a difference. The number of changes is read before the values: what is
+/// written in between is pulled now, or makes the number differ the next time.
+inline void TVortelDspDevice::FollowParameters() {
+	if (!mpScene)
+		return;
+	const uint32_t changes = mpScene->Changes() + TVortelValueConverter::Changes();
+	if (!mIsSettled || changes != mSeenChanges)
+		PullChanges(changes);
+}
+
+void TVortelDspDevice::PullChanges(uint32_t changes) {
+	mSeenChanges = changes;
+	PullParameters();
+	const bool isMixSettled = mMixRamp.IsSettled() && mPanRamp.IsSettled() && mVolumeRamp.IsSettled();
+	// Those of a filter that is off stand still on their way.
+	const bool isFilterSettled = mFilterType == 0 || (mFilterFrequencyRamp.IsSettled() && mFilterQRamp.IsSettled());
+	mIsSettled = isMixSettled && isFilterSettled && AreRampsSettled();
+	mIsMixNeutral = isMixSettled && IsMixNeutral();
+}
+
+void TVortelDspDevice::Unsettle() {
+	mIsSettled = mIsMixNeutral = false;
+}
+
+bool TVortelDspDevice::IsMixNeutral() const {
+	return mMixRamp.Target() == 1.0f && mPanRamp.Target() == 0.5f && mVolumeRamp.Target() == 0.5f;
+}
+
 void TVortelDspDevice::PullParameters() {
 	if (!mpScene)
 		return;
@@ -173,18 +205,25 @@ void TVortelDspDevice::PullParameters() {
 
 void TVortelDspDevice::CaptureDry(float* left, float* right, int count) {
 	assert(count <= mBlockSize);
+	mIsInputSane = VortelBuffers::CopyWithin(mDryLeft.Data(), mDryRight.Data(), left, right, count, kSaneInput);
+	OnDryCaptured(mDryLeft.Data(), mDryRight.Data(), count);
+}
+
+void TVortelDspDevice::KeepDry(const float* left, const float* right, int count) {
 	VortelBuffers::Copy(mDryLeft.Data(), left, count);
 	VortelBuffers::Copy(mDryRight.Data(), right, count);
-	OnDryCaptured(mDryLeft.Data(), mDryRight.Data(), count);
 }
 
 void TVortelDspDevice::Process(float* left, float* right, int count) {
 	if (mFollowsParameters)
-		PullParameters();
-	GuardState(left, right, count);
+		FollowParameters();
+	if (mStateIsSuspect || !mIsInputSane)
+		GuardState(left, right, count);
 	ProcessEffect(left, right, count);
-	ProcessFilter(left, right, count);
-	ProcessMix(left, right, count);
+	if (mFilterType != 0)
+		ProcessFilter(left, right, count);
+	if (!mIsMixNeutral)
+		ProcessMix(left, right, count);
 	if (mFadeState == kFadingIn || mFadeState == kFadingOut)
 		ProcessFade(left, right, count);
 }
@@ -192,12 +231,11 @@ void TVortelDspDevice::Process(float* left, float* right, int count) {
 /// Samples that are no numbers, or far beyond any scale, would stay for good in recordings, delay lines and followers.
 /// The former become 0; after either, the first sane slice finds a fresh state. Other samples are never touched.
 void TVortelDspDevice::GuardState(float* left, float* right, int count) {
-	if (VortelBuffers::AreWithin(left, right, count, kSaneInput)) {
-		if (mStateIsSuspect) {
-			mStateIsSuspect = false;
-			mFilter.ClearState();
-			OnStateLost();
-		}
+	if (mIsInputSane) {
+		mStateIsSuspect = false;
+		mFilter.ClearState();
+		Unsettle();
+		OnStateLost();
 		return;
 	}
 	mStateIsSuspect = true;
@@ -206,8 +244,6 @@ void TVortelDspDevice::GuardState(float* left, float* right, int count) {
 }
 
 void TVortelDspDevice::ProcessFilter(float* left, float* right, int count) {
-	if (mFilterType == 0)
-		return;
 	if (mFilterFrequencyRamp.IsRamping() || mFilterQRamp.IsRamping()) {
 		ProcessRampedFilter(left, right, count);
 		return;
@@ -226,11 +262,11 @@ void TVortelDspDevice::ProcessMix(float* left, float* right, int count) {
 		ProcessRampedMix(left, right, count);
 		return;
 	}
+	if (IsMixNeutral())
+		return;
 	const float mix = mMixRamp.Target();
 	const float pan = mPanRamp.Target();
 	const float volume = 2.0f * mVolumeRamp.Target();
-	if (mix == 1.0f && pan == 0.5f && volume == 1.0f)
-		return;
 	MixSteady(left, mDryLeft.Data(), count, mix, LeftGain(pan), volume);
 	MixSteady(right, mDryRight.Data(), count, mix, RightGain(pan), volume);
 }

@@ -93,8 +93,15 @@ protected:
 	/// The input is sane again after samples that no state survives: a fresh start, and followers and the like cleared.
 	virtual void OnStateLost() { OnStart(); }
 
-	/// Once per slice, and before OnStart: the place to read the scene.
+	/// Before the slice, or OnStart, whenever something may have changed or a ramp is on its way: the place to read
+	/// the scene. What it does must follow from the parameters alone.
 	virtual void OnParametersChanged() {}
+
+	/// Whether all ramps of the effect's own are settled.
+	virtual bool AreRampsSettled() const { return true; }
+
+	/// Copies the input to the dry buffers.
+	void KeepDry(const float* left, const float* right, int count);
 
 	/// The mix stage of the frame, in place against the captured dry signal.
 	void ProcessMix(float* left, float* right, int count);
@@ -125,7 +132,11 @@ protected:
 private:
 	enum TFadeState : int { kIdle = 0, kFadingIn = 1, kOn = 2, kFadingOut = 3 };
 
+	void FollowParameters();
+	void PullChanges(uint32_t changes);
 	void PullParameters();
+	void Unsettle();
+	bool IsMixNeutral() const;
 	void GuardState(float* left, float* right, int count);
 	void ProcessFilter(float* left, float* right, int count);
 	void ProcessRampedFilter(float* left, float* right, int count);
@@ -143,6 +154,10 @@ private:
 	TVortelConvertedParameter mFilterTypeParameter;
 	TVortelConvertedParameter mFilterFrequencyParameter;
 	bool mFollowsParameters = false;
+	bool mIsSettled = false;    // the parameters are those of mSeenChanges, and all ramps have arrived
+	bool mIsMixNeutral = false; // settled where the mix stage leaves the samples as they are
+	uint32_t mSeenChanges = 0;
+	bool mIsInputSane = true;
 	int mFadeLength = 64;
 	int mFadePosition = 0;
 	TPtr<TVortelDeClickEnvelope> mpFadeEnvelope;

@@ -11,6 +11,8 @@ class TVortelMasterDspDevice final : public TVortelDspDevice {
 public:
 	TVortelMasterDspDevice(TVortelDevice* device, THost* host, int32_t index);
 
+	void CaptureDry(float* left, float* right, int count) override { KeepDry(left, right, count); }
+
 	void Process(float* left, float* right, int count) override;
 
 private:

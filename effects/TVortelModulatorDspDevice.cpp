@@ -56,6 +56,11 @@ void TVortelModulatorDspDevice::OnParametersChanged() {
 	SetFollower();
 }
 
+bool TVortelModulatorDspDevice::AreRampsSettled() const {
+	return mFrequencyRamp.IsSettled() && mDepthRamp.IsSettled() && mOscRamp.IsSettled() && mFMRamp.IsSettled() &&
+	       mSpreadRamp.IsSettled();
+}
+
 void TVortelModulatorDspDevice::OnSampleRateChanged(int) {
 	for (TRampable<float>* ramp : Ramps())
 		ramp->SetScale(RampScale());

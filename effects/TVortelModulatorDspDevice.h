@@ -19,6 +19,7 @@ protected:
 	void OnSampleRateChanged(int32_t rate) override;
 	void OnStart() override;
 	void OnParametersChanged() override;
+	bool AreRampsSettled() const override;
 	void OnStateLost() override;
 
 private:

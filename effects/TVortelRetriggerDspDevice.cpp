@@ -91,6 +91,13 @@ void TVortelRetriggerDspDevice::OnRetrigger() {
 
 /// Only a few samples of a loop need a close look; what lies between them runs straight.
 void TVortelRetriggerDspDevice::ProcessEffect(float* left, float* right, int count) {
+	if (RunLength() >= count)
+		ProcessRun(left, right, count);
+	else
+		ProcessPieces(left, right, count);
+}
+
+void TVortelRetriggerDspDevice::ProcessPieces(float* left, float* right, int count) {
 	for (int done = 0; done < count;) {
 		const int length = std::min(RunLength(), count - done);
 		if (length > 0)
@@ -114,8 +121,7 @@ void TVortelRetriggerDspDevice::ProcessRun(float* left, float* right, int count)
 	const float* loopLeft = mLoop.mLeft.Data() + mVoice.mPosition;
 	const float* loopRight = mLoop.mRight.Data() + mVoice.mPosition;
 	if (mVoice.mGain == 1.0 && !(mDecayStep > 0.0)) {
-		VortelBuffers::Copy(left, loopLeft, count);
-		VortelBuffers::Copy(right, loopRight, count);
+		VortelBuffers::CopyBoth(left, right, loopLeft, loopRight, count);
 	} else {
 		const __m128d step = _mm_set1_pd(mDecayStep > 0.0 ? mDecayStep : 0.0);
 		__m128d gain = _mm_set1_pd(mVoice.mGain);
@@ -126,7 +132,8 @@ void TVortelRetriggerDspDevice::ProcessRun(float* left, float* right, int count)
 		}
 		mVoice.mGain = _mm_cvtsd_f64(gain);
 	}
-	AdvanceGlide(count);
+	if (mGlide < 1.0)
+		AdvanceGlide(count);
 	mVoice.mPosition += count;
 	if (mVoice.mPosition > mVoice.mLoopLength) {
 		mVoice.mTail = mVoice.mPosition - 1;
@@ -139,7 +146,8 @@ void TVortelRetriggerDspDevice::ProcessSample(float& left, float& right) {
 	if (mVoice.mPosition == 0)
 		BeginLoop();
 	TFrame output = PlayVoice(mVoice, mLoop, mCapacity - 1);
-	AdvanceGlide(1);
+	if (mGlide < 1.0)
+		AdvanceGlide(1);
 	if (mSwitchCount < mSwitchLength)
 		output = ProcessSwitch(output, left, right);
 	left = static_cast<float>(output.mLeft);
@@ -196,8 +204,6 @@ void TVortelRetriggerDspDevice::TakeOver() {
 }
 
 void TVortelRetriggerDspDevice::AdvanceGlide(int count) {
-	if (!(mGlide < 1.0))
-		return;
 	double glide = mGlide;
 	for (int i = 0; i < count; ++i)
 		glide += mGlideStep; // added up sample by sample, because the sum decides about lengths
@@ -210,7 +216,6 @@ void TVortelRetriggerDspDevice::TSamples::ResizeZeroed(int size) {
 }
 
 int TVortelRetriggerDspDevice::TSamples::Store(int position, const float* left, const float* right, int count) {
-	VortelBuffers::Copy(mLeft.Data() + position, left, count);
-	VortelBuffers::Copy(mRight.Data() + position, right, count);
+	VortelBuffers::CopyBoth(mLeft.Data() + position, mRight.Data() + position, left, right, count);
 	return count;
 }

@@ -57,6 +57,7 @@ private:
 	TFrame PlayVoice(TVoice& voice, const TSamples& samples, int lastTail) const;
 	void TakeOver();
 	int RunLength() const;
+	void ProcessPieces(float* left, float* right, int count);
 	void ProcessRun(float* left, float* right, int count);
 	void AdvanceGlide(int count);
 

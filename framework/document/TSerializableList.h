@@ -52,13 +52,29 @@ public:
 
 	T operator[](int32_t index) const noexcept { return Word(index).load(std::memory_order_relaxed); }
 
-	void Store(int32_t index, T value) noexcept { Word(index).store(value, std::memory_order_relaxed); }
+	void Store(int32_t index, T value) noexcept {
+		Word(index).store(value, std::memory_order_relaxed);
+		NoteChange();
+	}
 
-	/// From the first element on; there must be as many elements as values.
+	/// All elements, in order, from a function of the index; counts as one change.
+	template <class TFunction>
+	void StoreEach(TFunction valueAt) {
+		for (int32_t i = 0; i < this->Count(); ++i)
+			Word(i).store(valueAt(i), std::memory_order_relaxed);
+		NoteChange();
+	}
+
+	/// A number that every change of elements moves on. Who has read it first and then the elements, and finds it the
+	/// same later, has the elements as they are.
+	uint32_t Changes() const noexcept { return mChanges.load(std::memory_order_acquire); }
+
+	/// From the first element on, as one change; there must be as many elements as values.
 	void StoreAll(std::span<const T> values) noexcept {
 		T* place = this->begin();
 		for (const T value : values)
 			std::atomic_ref<T>(*place++).store(value, std::memory_order_relaxed);
+		NoteChange();
 	}
 
 	/// Drops elements at the end, or appends `value` until there are `count`.
@@ -68,6 +84,7 @@ public:
 			this->RemoveAt(this->Count() - 1);
 		while (this->Count() < count)
 			this->Append(value);
+		NoteChange();
 	}
 
 	TString ToString() const override {
@@ -82,14 +99,18 @@ public:
 	void FromString(const TString& text) override {
 		std::u16string_view rest = text.View();
 		Resize(CountElements(rest));
-		for (int32_t i = 0; i < this->Count(); ++i)
-			Store(i, ParseElement<T>(TakeElement(rest)));
+		StoreEach([&](int32_t) { return ParseElement<T>(TakeElement(rest)); });
 	}
 
 private:
 	static_assert(std::atomic_ref<T>::is_always_lock_free);
 
+	/// After the elements, so that who sees the new number sees them too.
+	void NoteChange() noexcept { mChanges.fetch_add(1, std::memory_order_release); }
+
 	std::atomic_ref<T> Word(int32_t index) const noexcept {
 		return std::atomic_ref<T>(const_cast<T&>(TList<T>::operator[](index)));
 	}
+
+	std::atomic<uint32_t> mChanges{0};
 };

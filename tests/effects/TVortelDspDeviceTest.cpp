@@ -4,8 +4,10 @@
 #include "effects/CreateVortelDspDevices.h"
 #include "tests/effects/TDspDeviceFixture.h"
 
+#include <functional>
 #include <limits>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -22,8 +24,11 @@ public:
 
 	float mFactor = 1.0f;
 	std::string mCalls;
+	int mPulls = 0;
 
 protected:
+	void OnParametersChanged() override { ++mPulls; }
+
 	void ProcessEffect(float* left, float* right, int count) override {
 		for (int i = 0; i < count; ++i) {
 			left[i] *= mFactor;
@@ -337,5 +342,42 @@ TEST_F(TVortelDspDeviceTest, EveryDeviceOfADocumentLeavesSilenceSilent) {
 		TStereo sound = Constant(640, 0.0f);
 		Run(*device, sound, {64, 1, 63});
 		EXPECT_EQ(sound, Constant(640, 0.0f));
+	}
+}
+
+TEST_F(TVortelDspDeviceTest, EveryWayToChangeWhatIsHeardReachesTheNextSliceAndNothingElsePulls) {
+	const auto leaf = [this](const char* name) { return dynamic_cast<TSerializable*>(Scene().ValueAtPath(name)); };
+	const auto other = MakePtr<TVortelScene>();
+	const std::pair<const char*, std::function<void()>> ways[] = {
+	    {"a write into the scene", [&] { Scene().SetParameterValue(kVolume, 0.25f); }},
+	    {"the same scene from defaults", [&] { Scene().Init(true); }},
+	    {"a copy of another", [&] { Scene().CopyFrom(*other); }},
+	    {"the text of a file or of undo", [&] { leaf("/ParameterValues")->FromString("0.5 0.25 1 0 0.5"); }},
+	    {"the host", [&] { mpDocument->SetParameterValue(kVolume, 0.75f); }},
+	    {"the editor", [&] { mpDocument->Device(kProbeIndex)->mpMixerVolume->SetValue(0.5f); }},
+	    {"a step level", [&] { Scene().SetGaterStep(3, 0.25f); }},
+	    {"the text of the step levels", [&] { leaf("/GaterVolumeSteps")->FromString("0.5 0.25"); }},
+	    {"another meaning of the same value",
+	     [&] {
+		     const auto converter = mpDocument->Device(8)->mpFilterFrequency->Converter();
+		     converter->SetStepped(!converter->IsStepped());
+	     }},
+	    {"another scene", [&] { mpProbe->SetScene(mpDocument->ActiveProgram()->Scene(5)); }},
+	};
+	StartAndSettle();
+	TStereo sound = Constant(512, 1000.0f);
+	const auto pullsOfSlices = [&](int count) {
+		const int before = mpProbe->mPulls;
+		for (int i = 0; i < count; ++i)
+			ProcessSlice(*mpProbe, sound, 0, sound.Size());
+		return mpProbe->mPulls - before;
+	};
+	for (const auto& [name, change] : ways) {
+		pullsOfSlices(200); // all ramps arrive
+		ASSERT_EQ(pullsOfSlices(3), 0) << "before " << name;
+		const int before = mpProbe->mPulls;
+		change();
+		ProcessSlice(*mpProbe, sound, 0, 1);
+		EXPECT_GT(mpProbe->mPulls, before) << name;
 	}
 }
