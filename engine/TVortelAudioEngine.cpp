@@ -103,7 +103,7 @@ void TVortelAudioEngine::RunBlock(float* left, float* right, int32_t samples, co
 		ApplyTransport(*transport);
 	for (int32_t remaining = samples; remaining > 0;) {
 		const int32_t length = scheduler.Advance(remaining);
-		if (mRunningCount != 0)
+		if (mRunningCount != 0) [[unlikely]]
 			RunDevices(left + (samples - remaining), right + (samples - remaining), length);
 		if (mHostIsPlaying) {
 			mHostPosition += length / mSamplesPerBeat;
