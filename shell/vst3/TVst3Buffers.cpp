@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <functional>
 
 using namespace Steinberg::Vst;
 
@@ -42,6 +43,11 @@ void ScalePair(float* left, float* right, int32_t samples, float factor) {
 	ScaleSamples(left, left, samples, factor);
 	if (right != left)
 		ScaleSamples(right, right, samples, factor);
+}
+
+bool IsApart(const float* a, const float* b, int32_t samples) {
+	const std::less_equal<> endsBefore;
+	return endsBefore(a + samples, b) || endsBefore(b + samples, a);
 }
 
 bool IsSilent(const AudioBusBuffers& bus, bool isOneBuffer) {
@@ -92,8 +98,25 @@ bool TVst3Buffers::Collect(ProcessData& data) {
 	           dropped + mDropped.size() / 2);
 }
 
+bool TVst3Buffers::HasOutputsApart() const {
+	if (mLeftInputs.size() != 1 || mLeftOutputs.size() != 1)
+		return false;
+	const auto isApart = [this](const float* a, const float* b) { return IsApart(a, b, mpData->numSamples); };
+	return isApart(mLeftInputs[0], mLeftOutputs[0]) && isApart(mLeftInputs[0], mRightOutputs[0]) &&
+	       isApart(mRightInputs[0], mLeftOutputs[0]) && isApart(mRightInputs[0], mRightOutputs[0]) &&
+	       isApart(mLeftOutputs[0], mRightOutputs[0]);
+}
+
 void TVst3Buffers::ScaleInputs() {
 	const auto busses = BussesOf(mpData->inputs, mpData->numInputs);
+	if (HasOutputsApart() && !busses.empty() && !IsSilent(busses[0], mLeftInputs[0] == mRightInputs[0])) {
+		ScaleSamples(mLeftInputs[0], mLeftOutputs[0], mpData->numSamples, kEngineScale);
+		ScaleSamples(mRightInputs[0], mRightOutputs[0], mpData->numSamples, kEngineScale);
+		mLeftInputs[0] = mLeftOutputs[0];
+		mRightInputs[0] = mRightOutputs[0];
+		mInputScaled[0] = false;
+		return;
+	}
 	for (std::size_t i = 0; i < mLeftInputs.size(); ++i) {
 		mInputScaled[i] = i < busses.size() && !IsSilent(busses[i], mLeftInputs[i] == mRightInputs[i]);
 		if (mInputScaled[i])
