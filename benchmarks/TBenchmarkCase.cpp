@@ -21,8 +21,7 @@ TBenchmarkCase::TRegistration::TRegistration(const std::string& name, TMaker mak
 
 TBenchmarkEnvironment::TBenchmarkEnvironment() : mStorageId(TGlobalStorage::CreateStorage()) {
 	constexpr unsigned kFlushToZero = 0x8000;
-	constexpr unsigned kDenormalsAreZero = 0x0040;
-	_mm_setcsr(_mm_getcsr() | kFlushToZero | kDenormalsAreZero);
+	_mm_setcsr(_mm_getcsr() | kFlushToZero);
 	TGlobalStorage::SetCurrentId(mStorageId);
 	InitializeFramework();
 }
