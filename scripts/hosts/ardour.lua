@@ -110,8 +110,8 @@ local function set_parameters(processor, settings)
 			fail("Ardour cannot set parameter " .. id)
 		end
 	end
-	-- The audio thread takes them up.
-	ARDOUR.LuaAPI.usleep(300000)
+	-- The audio thread takes them up, in its own time on a busy machine.
+	ARDOUR.LuaAPI.usleep(2000000)
 end
 
 local function print_parameters(processor)
