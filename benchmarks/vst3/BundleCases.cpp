@@ -4,12 +4,14 @@
 #include "benchmarks/TSoundCase.h"
 
 #include <algorithm>
+#include <cstring>
 #include <dlfcn.h>
 #include <pluginterfaces/base/ipluginbase.h>
 #include <pluginterfaces/base/smartpointer.h>
 #include <pluginterfaces/vst/ivstaudioprocessor.h>
 #include <pluginterfaces/vst/ivstcomponent.h>
 #include <pluginterfaces/vst/ivstprocesscontext.h>
+#include <public.sdk/source/common/memorystream.h>
 #include <stdexcept>
 #include <thread>
 
@@ -19,6 +21,18 @@ using namespace Steinberg::Vst;
 namespace {
 
 enum class EBuffers { kInPlace, kApart, kSilent };
+
+/// Sixteen empty programs, whatever the plug-in starts with.
+void LoadEmptyBank(IComponent& component) {
+	constexpr char kBank[] = "<VortelDocument doc_version=\"3\"/>";
+	constexpr int32 kLength = sizeof(kBank) - 1;
+	char state[sizeof(kLength) + kLength];
+	std::memcpy(state, &kLength, sizeof(kLength));
+	std::memcpy(state + sizeof(kLength), kBank, kLength);
+	MemoryStream stream(state, sizeof(state));
+	if (component.setState(&stream) != kResultOk)
+		throw std::runtime_error("the bundle takes no empty bank");
+}
 
 /// The shared object, open as long as a case runs.
 class TModule {
@@ -77,6 +91,7 @@ private:
 		void* processor = nullptr;
 		mpComponent = mModule.MakeComponent();
 		mpComponent->initialize(nullptr);
+		LoadEmptyBank(*mpComponent);
 		mpComponent->queryInterface(IAudioProcessor_iid, &processor);
 		mpProcessor = owned(static_cast<IAudioProcessor*>(processor));
 		ProcessSetup setup{kRealtime, kSample32, kMaximumBlock, kSampleRate};
