@@ -13,7 +13,7 @@ fi
 
 status=0
 for file in "${files[@]}"; do
-  clang-format "$file" | diff -q - "$file" >/dev/null || { echo "$file: clang-format would change it"; status=1; }
+  clang-format --dry-run --Werror "$file" 2>/dev/null || { echo "$file: clang-format would change it"; status=1; }
 done
 
 # Precompiled headers of another compiler are of no use to clang-tidy.
