@@ -29,9 +29,13 @@ __m128d WholePart(__m128d x) {
 }
 
 /// Halves away from zero.
+__m128d RoundedMagnitude(__m128d x) {
+	const __m128d magnitude = _mm_min_pd(VectorMath::Absolute(x), _mm_set1_pd(kWholeLimit));
+	return WholePart(_mm_add_pd(magnitude, _mm_set1_pd(0.5)));
+}
+
 __m128d Rounded(__m128d x) {
-	const __m128d sign = _mm_and_pd(x, _mm_set1_pd(-0.0));
-	return WholePart(_mm_add_pd(Limited(x, kWholeLimit), _mm_or_pd(sign, _mm_set1_pd(0.5))));
+	return _mm_or_pd(RoundedMagnitude(x), _mm_and_pd(x, _mm_set1_pd(-0.0)));
 }
 
 } // namespace
@@ -152,6 +156,7 @@ public:
 	void SetDrive(float drive) {
 		mCompensation = 1.5 - std::pow(drive / 2.0, 0.95);
 		mExponent = 1.0 - drive * 0.9;
+		mOffset = (1.0 - mExponent) * std::log2(kFullScale);
 	}
 
 	double Compensation() const { return mCompensation; }
@@ -159,11 +164,11 @@ public:
 	static constexpr double kScale = 1.0;
 
 	__m128d operator()(__m128d in) {
-		const __m128d n = VectorMath::Absolute(Rounded(in));
-		const __m128d isZero = _mm_cmplt_pd(n, _mm_set1_pd(0.5));
-		const __m128d unit = _mm_mul_pd(n, _mm_set1_pd(1.0 / kFullScale));
-		const __m128d power = VectorMath::Exp2(_mm_mul_pd(VectorMath::Log2(unit), _mm_set1_pd(mExponent)));
-		const __m128d v = AsFloat(_mm_andnot_pd(isZero, _mm_mul_pd(power, _mm_set1_pd(kFullScale))));
+		const __m128d n = RoundedMagnitude(in);
+		const __m128d isZero = _mm_cmpeq_pd(n, _mm_setzero_pd());
+		// (n / full scale)^exponent * full scale, in one power of two
+		const __m128d log = _mm_add_pd(_mm_mul_pd(VectorMath::Log2(n), _mm_set1_pd(mExponent)), _mm_set1_pd(mOffset));
+		const __m128d v = AsFloat(_mm_andnot_pd(isZero, VectorMath::Exp2(log)));
 		const __m128d y = AsFloat(_mm_add_pd(_mm_sub_pd(v, mState.mIn), _mm_mul_pd(mState.mOut, _mm_set1_pd(0.99))));
 		mState.mOut = y;
 		mState.mIn = v;
@@ -177,6 +182,7 @@ private:
 	TVortelDistortionDspDevice& mDevice;
 	TShiftState mState;
 	double mExponent = 1.0;
+	double mOffset = 0.0;
 	double mCompensation = 1.0;
 };
 

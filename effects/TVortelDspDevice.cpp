@@ -3,6 +3,7 @@
 
 #include "document/TVortelDevice.h"
 #include "document/TVortelProgram.h"
+#include "effects/MixRamped.h"
 #include "effects/TVortelBuffers.h"
 
 #include <algorithm>
@@ -12,9 +13,7 @@
 namespace {
 
 constexpr float kRampCoefficient = 1.0f / 64.0f;
-constexpr float kCenterGain = 0.70710677f; // what constant power gives in the middle; the law is scaled to 1 there
-constexpr float kDoubledGain = 2.0f / kCenterGain; // of the volume, which is unity at 0.5
-constexpr float kSaneInput = 1e12f;                // 150 dB above full scale
+constexpr float kSaneInput = 1e12f; // 150 dB above full scale
 
 TRampable<float> MakeRamp(float value) {
 	return {value, kRampCoefficient};
@@ -38,34 +37,6 @@ void MixSteady(float* wet, const float* dry, int count, float mix, float gain, f
 		VortelBuffers::Mix(wet, dry, count, 1.0f - mix, mix, gain, volume);
 	else if (!isUnity)
 		VortelBuffers::Scale(wet, count, gain, volume);
-}
-
-/// One sample of the mix ramps: mix, pan, volume.
-void MixRow(__m128 row, float dryLeft, float dryRight, float& left, float& right) {
-	alignas(16) std::array<float, 4> values;
-	_mm_store_ps(values.data(), row);
-	const auto [mix, pan, volume, unused] = values;
-	const float scale = volume * kDoubledGain;
-	left = (dryLeft * (1.0f - mix) + left * mix) * std::sqrt(1.0f - pan) * scale;
-	right = (dryRight * (1.0f - mix) + right * mix) * std::sqrt(pan) * scale;
-}
-
-/// Four samples of MixRow, with the same results.
-void MixFourRows(TRampGroup& ramps, const float* dryLeft, const float* dryRight, float* left, float* right) {
-	__m128 mix = ramps.Step();
-	__m128 pan = ramps.Step();
-	__m128 volume = ramps.Step();
-	__m128 unused = ramps.Step();
-	_MM_TRANSPOSE4_PS(mix, pan, volume, unused);
-	const __m128 one = _mm_set1_ps(1.0f);
-	const __m128 dryGain = _mm_sub_ps(one, mix);
-	const __m128 scale = _mm_mul_ps(volume, _mm_set1_ps(kDoubledGain));
-	const auto channel = [&](float* wet, const float* dry, __m128 power) {
-		const __m128 sum = _mm_add_ps(_mm_mul_ps(_mm_loadu_ps(dry), dryGain), _mm_mul_ps(_mm_loadu_ps(wet), mix));
-		_mm_storeu_ps(wet, _mm_mul_ps(_mm_mul_ps(sum, _mm_sqrt_ps(power)), scale));
-	};
-	channel(left, dryLeft, _mm_sub_ps(one, pan));
-	channel(right, dryRight, pan);
 }
 
 } // namespace
@@ -259,7 +230,8 @@ void TVortelDspDevice::ProcessRampedFilter(float* left, float* right, int count)
 
 void TVortelDspDevice::ProcessMix(float* left, float* right, int count) {
 	if (mMixRamp.IsRamping() || mPanRamp.IsRamping() || mVolumeRamp.IsRamping()) {
-		ProcessRampedMix(left, right, count);
+		TRampGroup ramps(mMixRamp, mPanRamp, mVolumeRamp);
+		MixRamped(ramps, mDryLeft.Data(), mDryRight.Data(), left, right, count);
 		return;
 	}
 	if (IsMixNeutral())
@@ -269,17 +241,6 @@ void TVortelDspDevice::ProcessMix(float* left, float* right, int count) {
 	const float volume = 2.0f * mVolumeRamp.Target();
 	MixSteady(left, mDryLeft.Data(), count, mix, LeftGain(pan), volume);
 	MixSteady(right, mDryRight.Data(), count, mix, RightGain(pan), volume);
-}
-
-void TVortelDspDevice::ProcessRampedMix(float* left, float* right, int count) {
-	TRampGroup ramps(mMixRamp, mPanRamp, mVolumeRamp);
-	const float* dryLeft = mDryLeft.Data();
-	const float* dryRight = mDryRight.Data();
-	int i = 0;
-	for (; i <= count - 4; i += 4)
-		MixFourRows(ramps, dryLeft + i, dryRight + i, left + i, right + i);
-	for (; i < count; ++i)
-		MixRow(ramps.Step(), dryLeft[i], dryRight[i], left[i], right[i]);
 }
 
 void TVortelDspDevice::ProcessFade(float* left, float* right, int count) {

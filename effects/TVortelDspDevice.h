@@ -140,7 +140,6 @@ private:
 	void GuardState(float* left, float* right, int count);
 	void ProcessFilter(float* left, float* right, int count);
 	void ProcessRampedFilter(float* left, float* right, int count);
-	void ProcessRampedMix(float* left, float* right, int count);
 	void ProcessFade(float* left, float* right, int count);
 	void FinishFade();
 

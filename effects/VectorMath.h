@@ -41,7 +41,7 @@ inline __m128d Sine(__m128d x) {
 	return _mm_xor_pd(sine, _mm_castsi128_pd(_mm_slli_epi64(bits, 63)));
 }
 
-/// Base-2 logarithm of positive, normal numbers, error below 2e-9.
+/// Base-2 logarithm of positive, normal numbers, error below 1e-9.
 inline __m128d Log2(__m128d x) {
 	const __m128i bits = _mm_castpd_si128(x);
 	// mantissa in sqrt(1/2) to sqrt(2): the exponent goes up by one where the mantissa is above sqrt(2)
@@ -56,12 +56,10 @@ inline __m128d Log2(__m128d x) {
 	const __m128d one = _mm_set1_pd(1.0);
 	const __m128d s = _mm_div_pd(_mm_sub_pd(m, one), _mm_add_pd(m, one));
 	const __m128d q = _mm_mul_pd(s, s);
-	// log2(m) = 2 / ln 2 * atanh(s)
-	__m128d p = _mm_set1_pd(2.8853900817779268 / 9.0);
-	p = _mm_add_pd(_mm_mul_pd(p, q), _mm_set1_pd(2.8853900817779268 / 7.0));
-	p = _mm_add_pd(_mm_mul_pd(p, q), _mm_set1_pd(2.8853900817779268 / 5.0));
-	p = _mm_add_pd(_mm_mul_pd(p, q), _mm_set1_pd(2.8853900817779268 / 3.0));
-	p = _mm_add_pd(_mm_mul_pd(p, q), _mm_set1_pd(2.8853900817779268));
+	// log2(m) / s as a minimax polynomial of s^2; pairs, so that the terms need not wait for each other
+	const __m128d low = _mm_add_pd(_mm_set1_pd(2.8853900727484905), _mm_mul_pd(q, _mm_set1_pd(0.9618007604552946)));
+	const __m128d high = _mm_add_pd(_mm_set1_pd(0.5765844401090098), _mm_mul_pd(q, _mm_set1_pd(0.4342582325951876)));
+	const __m128d p = _mm_add_pd(low, _mm_mul_pd(_mm_mul_pd(q, q), high));
 	return _mm_add_pd(whole, _mm_mul_pd(s, p));
 }
 
@@ -69,15 +67,15 @@ inline __m128d Log2(__m128d x) {
 inline __m128d Exp2(__m128d x) {
 	const __m128d magic = _mm_set1_pd(6755399441055744.0);
 	const __m128d shifted = _mm_add_pd(x, magic);
-	const __m128d f = _mm_mul_pd(_mm_sub_pd(x, _mm_sub_pd(shifted, magic)), _mm_set1_pd(0.6931471805599453));
-	__m128d p = _mm_set1_pd(1.0 / 5040.0);
-	p = _mm_add_pd(_mm_mul_pd(p, f), _mm_set1_pd(1.0 / 720.0));
-	p = _mm_add_pd(_mm_mul_pd(p, f), _mm_set1_pd(1.0 / 120.0));
-	p = _mm_add_pd(_mm_mul_pd(p, f), _mm_set1_pd(1.0 / 24.0));
-	p = _mm_add_pd(_mm_mul_pd(p, f), _mm_set1_pd(1.0 / 6.0));
-	p = _mm_add_pd(_mm_mul_pd(p, f), _mm_set1_pd(0.5));
-	p = _mm_add_pd(_mm_mul_pd(p, f), _mm_set1_pd(1.0));
-	p = _mm_add_pd(_mm_mul_pd(p, f), _mm_set1_pd(1.0));
+	const __m128d f = _mm_sub_pd(x, _mm_sub_pd(shifted, magic));
+	// minimax for -0.5 to 0.5, with exactly 1 at 0; pairs as above
+	const __m128d f2 = _mm_mul_pd(f, f);
+	const __m128d low = _mm_add_pd(_mm_set1_pd(1.0), _mm_mul_pd(f, _mm_set1_pd(0.6931472253950112)));
+	const __m128d middle = _mm_add_pd(_mm_set1_pd(0.2402265108411733), _mm_mul_pd(f, _mm_set1_pd(0.05550297314199107)));
+	const __m128d high = _mm_add_pd(
+	    _mm_add_pd(_mm_set1_pd(0.009618030782499577), _mm_mul_pd(f, _mm_set1_pd(0.0013410000966174052))),
+	    _mm_mul_pd(f2, _mm_set1_pd(0.0001546973197908821)));
+	const __m128d p = _mm_add_pd(low, _mm_mul_pd(f2, _mm_add_pd(middle, _mm_mul_pd(f2, high))));
 	// the whole part goes straight into the exponent
 	return _mm_castsi128_pd(_mm_add_epi64(_mm_castpd_si128(p), _mm_slli_epi64(_mm_castpd_si128(shifted), 52)));
 }
