@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Plays the bundle in hosts that Debian has, without a screen and in a home of its own: Ardour scans it; a session made by
-# script plays a drum loop through it, is exported, reopened, saved and exported again, and both exports must be what
-# vortel2 renders with the same settings, sample by sample.
+# Plays the bundle in hosts, without a screen and in a home of its own: in Ardour, and in a small host of the classes that
+# many hosts are built on. Each scans it, plays a drum loop through it, saves, reopens and plays again; both outputs must
+# be what vortel2 renders with the same settings, sample by sample.
 # Usage: scripts/hosts.sh [BUNDLE]   default: the release build, made here
 set -euo pipefail
 bundle=${1:+$(realpath "$1")}
@@ -9,7 +9,8 @@ cd "$(dirname "$0")/.."
 source scripts/hosts/common.sh
 
 scripts/install-packages.sh
-install_missing ardour libsox-fmt-base lmms-common python3 sox
+install_missing ardour juce-modules-source-data libfreetype-dev libjpeg-dev libpng-dev libsox-fmt-base libx11-dev \
+  lmms-common python3 sox zlib1g-dev
 cmake --preset release >/dev/null
 cmake --build --preset release --target vortel2 >&2
 vortel2=$PWD/build/release/bin/vortel2
@@ -23,5 +24,8 @@ fi
 # A host that finds its notes about the bundle no younger than the bundle scans again.
 touch -d '2000-01-01' "$HOME"/.vst3/Vortel2.vst3/Contents/*/*.so
 
-source scripts/hosts/ardour.sh
+make_song
+for host in ardour juce; do
+  source "scripts/hosts/$host.sh"
+done
 echo "All hosts agree."

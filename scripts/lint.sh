@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-folders=(framework shell document effects engine plugin platform tools tests benchmarks fuzz)
+folders=(framework shell document effects engine plugin platform tools tests benchmarks fuzz scripts)
 if [ $# -gt 0 ]; then
   files=("$@")
 else
@@ -20,7 +20,7 @@ done
 cmake --preset clang -DVORTEL_PRECOMPILE=OFF >/dev/null
 for file in "${files[@]}"; do
   case $file in
-    tests/* | benchmarks/* | fuzz/* | *.h) ;;
+    tests/* | benchmarks/* | fuzz/* | scripts/* | *.h) ;;
     *) clang-tidy -p build/clang --quiet "$file" 2>/dev/null || status=1 ;;
   esac
 done

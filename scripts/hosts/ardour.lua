@@ -1,8 +1,7 @@
 -- SPDX-License-Identifier: GPL-3.0-or-later
 -- Makes and reopens an Ardour session without a screen, on the dummy backend. Prints the values of all parameters.
--- ardour7-lua ardour.lua make FOLDER AUDIO RATE FRAMES TEMPO CHUNK [ID=VALUE...]: a session whose one track plays
---     AUDIO-L.wav and AUDIO-R.wav through the plug-in, which gets the bank of the chunk as a preset file and then the
---     parameters.
+-- ardour7-lua ardour.lua make FOLDER AUDIO RATE FRAMES TEMPO [ID=VALUE...]: a session whose one track plays
+--     AUDIO-L.wav and AUDIO-R.wav through the plug-in, which gets its one preset and then the parameters.
 -- ardour7-lua ardour.lua reopen FOLDER RATE: opens it and saves it again.
 
 local kUniqueId = "5653546B6D7137766F7274656C320000"
@@ -72,16 +71,6 @@ local function import(folder, audio, rate, frames, tempo)
 	write_all(path, text)
 end
 
--- A preset file of the host's own format around the chunk of a bank.
-local function install_preset(chunk)
-	local state = string.pack("<s4", read_all(chunk))
-	local head = "VST3" .. string.pack("<i4", 1) .. kUniqueId .. string.pack("<i8", 48 + #state)
-	local list = "List" .. string.pack("<i4", 1) .. "Comp" .. string.pack("<i8i8", 48, #state)
-	local folder = os.getenv("HOME") .. "/.vst3/presets/Brightfen/Vortel2"
-	os.execute("mkdir -p '" .. folder .. "'")
-	write_all(folder .. "/" .. kPreset .. ".vstpreset", head .. state .. list)
-end
-
 local function insert_plugin(track)
 	local processor = ARDOUR.LuaAPI.new_plugin(Session, kUniqueId, ARDOUR.PluginType.VST3, "")
 	if processor:isnil() then
@@ -128,14 +117,13 @@ local function save_and_close()
 	close_session()
 end
 
-local function make(folder, audio, rate, frames, tempo, chunk, settings)
+local function make(folder, audio, rate, frames, tempo, settings)
 	start_engine(rate)
 	create_session(folder, kName, rate)
 	Session:new_audio_track(2, 2, nil, 1, "drums", ARDOUR.PresentationInfo.max_order, ARDOUR.TrackMode.Normal, true)
 	Session:save_state("")
 	close_session()
 	import(folder, audio, rate, frames, tempo)
-	install_preset(chunk)
 	load_session(folder, kName)
 	connect_to_master(first_track())
 	set_parameters(insert_plugin(first_track()), settings)
@@ -149,7 +137,7 @@ local function reopen(folder, rate)
 end
 
 if arg[1] == "make" then
-	make(arg[2], arg[3], math.tointeger(arg[4]), math.tointeger(arg[5]), arg[6], arg[7], {table.unpack(arg, 8)})
+	make(arg[2], arg[3], math.tointeger(arg[4]), math.tointeger(arg[5]), arg[6], {table.unpack(arg, 7)})
 else
 	reopen(arg[2], math.tointeger(arg[3]))
 end

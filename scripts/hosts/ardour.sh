@@ -1,17 +1,14 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Ardour's part of scripts/hosts.sh.
 
-# Ardour hands song positions over in whole ticks, 1920 to a beat. At this rate and tempo each of its blocks begins on a
+# Ardour hands song positions over in whole ticks, 1920 to a beat. At 48 kHz and this tempo each of its blocks begins on a
 # tick, so nothing is lost of the position.
-rate=48000
 tempo=117.1875
 # An export begins with two seconds of silence in blocks of 1024. The transport stands, but runs in the rest that is no
 # whole block, so that the song position of that block is negative; the loop begins with what its cycle has left.
 lead_in=$((2 * rate))
 lead_in_blocks=$((lead_in / 1024))
 lead_in_rest=$((lead_in % 1024))
-program=10
-settings=(1=0.85 3=0.45 53=0.3 191=0.7)
 
 scan_with_ardour() {
   local scanner wanted
@@ -22,15 +19,6 @@ scan_with_ardour() {
     grep -qF "$wanted" "$home/scan.txt" || fail "Ardour's scanner does not say: $wanted" "$home/scan.txt"
   done
   echo "  scanned: two inputs, two outputs, one MIDI input"
-}
-
-make_loop() {
-  local side
-  sox /usr/share/lmms/samples/beats/jungle01.ogg -b 32 -e floating-point "$home/drums.wav" rate "$rate" repeat 3
-  for side in 1 2; do
-    sox "$home/drums.wav" "$home/drums-$(cut -c $side <<<LR).wav" remix $side
-  done
-  frames=$(soxi -s "$home/drums.wav")
 }
 
 # Now and then this exporter aborts in its own clean-up at the end, also without any plug-in in the session. Then it
@@ -48,10 +36,8 @@ export_with_ardour() {
 
 play_in_ardour() {
   local lua=scripts/hosts/ardour.lua setting options=()
-  sed "s/<ActiveProgramIndex>0</<ActiveProgramIndex>$program</" resources/DefaultBank.v2bnk >"$home/bank.v2bnk"
-  "$vortel2" bank chunk "$home/bank.v2bnk" "$home/chunk"
   run_host "$home/make.txt" ardour7-lua "$lua" make "$home/session" "$home/drums" "$rate" "$frames" "$tempo" \
-    "$home/chunk" "${settings[@]}" || fail "Ardour cannot make the session" "$home/make.txt"
+    "${settings[@]}" || fail "Ardour cannot make the session" "$home/make.txt"
   export_with_ardour first
   run_host "$home/reopen.txt" ardour7-lua "$lua" reopen "$home/session" "$rate" ||
     fail "Ardour cannot reopen the session" "$home/reopen.txt"
@@ -72,25 +58,10 @@ render_like_an_export() {
     --stopped --play-at "$(python3 -c "print(($lead_in_blocks - 0.5) * 1024 / $rate)")" "$@"
 }
 
-# compare WHAT FILE FILE [FRAMES]: FRAMES of the second are left out at its beginning
-compare() {
-  local result
-  result=$(python3 scripts/hosts/compare.py "$home/$2" "$home/$3" "${4:-0}" 2>&1) || fail "$1: $result"
-  echo "  $1: $result"
-}
-
 echo "$(version_of ardour)"
 scan_with_ardour
-make_loop
 play_in_ardour
-for list in make reopen; do
-  grep '^parameter [0-9]* [A-Z]*:' "$home/$list.txt" >"$home/$list-values.txt"
-done
-diff "$home/make-values.txt" "$home/reopen-values.txt" >"$home/diff.txt" ||
-  fail "parameters differ after reopening" "$home/diff.txt"
-echo "  $(wc -l <"$home/make-values.txt") parameters are the same after reopening"
+compare_parameters make reopen
 compare "export against the export after reopening" first.wav second.wav
 compare "export against vortel2 render" first.wav ours.wav "$lead_in"
-if python3 scripts/hosts/compare.py "$home/first.wav" "$home/drums.wav" >/dev/null 2>&1; then
-  fail "the plug-in did nothing to the loop"
-fi
+is_changed first.wav

@@ -32,7 +32,11 @@ def main():
     odd = [i for i, (a, b) in enumerate(zip(first, second)) if a != b]
     if odd:
         most = max(abs(first[i] - second[i]) for i in odd)
-        sys.exit(f"{len(odd)} of {len(first)} samples differ, from frame {odd[0] // 2} on, by up to {most:.3g}")
+        frame, side = odd[0] // 2, ("left", "right")[odd[0] % 2]
+        sys.exit(
+            f"{len(odd)} of {len(first)} samples of {sys.argv[1]} and {sys.argv[2]} differ, by up to {most:.3g}; "
+            f"first in frame {frame}, {side}: {first[odd[0]]!r} against {second[odd[0]]!r}"
+        )
     print(f"{len(first) // 2} frames are equal, peak {max(map(abs, first), default=0.0):.3f}")
 
 
