@@ -40,8 +40,8 @@ private:
 	void OnChange(TObservable* observable, int32_t reason) {
 		mJournal += mName + std::to_string(reason) + " ";
 		mSource = NotificationSourceThread();
-		if (mAct && reason == kDidChange)
-			mAct(observable, reason);
+		if (const TAct act = mAct; act && reason == kDidChange)
+			act(observable, reason); // a copy: it may take itself away
 	}
 
 	std::string mName;

@@ -5,66 +5,33 @@
 #include "framework/foundation/TThreadManager.h"
 #include "tests/framework/document/TActor.h"
 #include "tests/support/TFrameworkFixture.h"
+#include "tests/support/TJournal.h"
 
 namespace {
 
 using TNumber = TObservableBaseType<int>;
 using TNumbers = TObservableList<TNumber>;
 
-/// Writes each event of a list down: "+2@0:5" is kWillChange of an insertion at 0, the list holding 5.
-class TListActor final : public TObserver {
-public:
-	void Watch(TObservableListBase& list) {
-		list.Added().AddObserver({this, &TListActor::OnAdded});
-		list.Removed().AddObserver({this, &TListActor::OnRemoved});
-		list.Swapped().AddObserver({this, &TListActor::OnSwapped});
-		list.Changed().AddObserver({this, &TListActor::OnChanged});
-	}
-
-	std::string Told() { return std::exchange(mJournal, {}); }
-
-	std::function<void()> mOnRemoved;
-	TObservable* mpChanged = nullptr;
-
-private:
-	void Write(char event, int32_t reason, int32_t index, const TObservableListBase* list) {
-		mJournal +=
-		    event + std::to_string(reason) + "@" + std::to_string(index) + ":" + std::to_string(list->Size()) + " ";
-	}
-
-	void OnAdded(TObservable* observable, int32_t reason) {
-		if (reason < kWillChange)
-			return;
-		const auto* event = static_cast<TObservableWasAddedObservable*>(observable);
-		Write('+', reason, event->Index(), event->List());
-	}
-
-	void OnRemoved(TObservable* observable, int32_t reason) {
-		if (reason < kWillChange)
-			return;
-		const auto* event = static_cast<TObservableWasRemovedObservable*>(observable);
-		Write('-', reason, event->Index(), event->List());
-		if (reason == kDidChange && mOnRemoved)
-			std::exchange(mOnRemoved, nullptr)();
-	}
-
-	void OnSwapped(TObservable* observable, int32_t reason) {
-		if (reason < kWillChange)
-			return;
-		const auto* event = static_cast<TObservablesSwappedObservable*>(observable);
-		Write('x', reason, event->Index1() * 10 + event->Index2(), event->List());
-	}
-
-	void OnChanged(TObservable* observable, int32_t reason) {
-		if (reason < kWillChange)
-			return;
-		const auto* event = static_cast<TObservableChangedObservable*>(observable);
-		mpChanged = event->ChangedObservable();
-		Write('c', reason, event->List()->IndexOf(event->Element()), event->List());
-	}
-
-	std::string mJournal;
-};
+/// Notes each event of the list: "2+0:5" is kWillChange of an insertion at 0, the list holding 5.
+void WatchList(TJournal& journal, TObservableListBase& list) {
+	const auto note = [&list](const char* event, int32_t index) {
+		return event + std::to_string(index) + ":" + std::to_string(list.Size());
+	};
+	journal.Watch(list.Added(), [=](auto* event, int32_t) {
+		return note("+", dynamic_cast<TObservableWasAddedObservable*>(event)->Index());
+	});
+	journal.Watch(list.Removed(), [=](auto* event, int32_t) {
+		return note("-", dynamic_cast<TObservableWasRemovedObservable*>(event)->Index());
+	});
+	journal.Watch(list.Swapped(), [=](auto* observable, int32_t) {
+		const auto* event = dynamic_cast<TObservablesSwappedObservable*>(observable);
+		return note("x", event->Index1() * 10 + event->Index2());
+	});
+	journal.Watch(list.Changed(), [=, &list](auto* observable, int32_t) {
+		const auto* event = dynamic_cast<TObservableChangedObservable*>(observable);
+		return note(event->ChangedObservable() == event->Element() ? "c" : "i", list.IndexOf(event->Element()));
+	});
+}
 
 class TObservableListTest : public TFrameworkFixture {
 protected:
@@ -78,36 +45,39 @@ protected:
 	void Fill(int count) {
 		for (int i = 0; i < count; ++i)
 			mList.Append()->Set(i);
-		mActor.Told();
+		mJournal.Told();
 	}
 
 	void SetUp() override {
 		TFrameworkFixture::SetUp();
-		mActor.Watch(mList);
+		WatchList(mJournal, mList);
 	}
 
 	TNumbers mList;
-	TListActor mActor;
+	TJournal mJournal;
 };
 
 } // namespace
 
 TEST_F(TObservableListTest, EachChangeIsToldBeforeAndAfter) {
 	mList.Append();
-	EXPECT_EQ(mActor.Told(), "+2@0:0 +3@0:1 ");
+	EXPECT_EQ(mJournal.Told(), "2+0:0 3+0:1 ");
 	mList.InsertNew(0);
-	EXPECT_EQ(mActor.Told(), "+2@0:1 +3@0:2 ");
+	EXPECT_EQ(mJournal.Told(), "2+0:1 3+0:2 ");
+	TJournal anyChange;
+	anyChange.Watch(mList.AnyChange(), [](auto*, int32_t) { return ""; });
 	mList[1]->Set(9);
-	EXPECT_EQ(mActor.Told(), "c2@1:2 c3@1:2 ");
+	EXPECT_EQ(mJournal.Told(), "2c1:2 3c1:2 ");
 	mList.Swap(0, 1);
-	EXPECT_EQ(mActor.Told(), "x2@1:2 x3@1:2 ");
+	EXPECT_EQ(mJournal.Told(), "2x1:2 3x1:2 ");
 	EXPECT_EQ(Numbers(), "90");
 	mList.Remove(0);
-	EXPECT_EQ(mActor.Told(), "-2@0:2 -3@0:1 ");
+	EXPECT_EQ(mJournal.Told(), "2-0:2 3-0:1 ");
 	mList.ResizeWithDefaults(2);
-	EXPECT_EQ(mActor.Told(), "+2@1:1 +3@1:2 ");
+	EXPECT_EQ(mJournal.Told(), "2+1:1 3+1:2 ");
 	mList.Clear(8);
-	EXPECT_EQ(mActor.Told(), "-2@1:2 -3@1:1 -2@0:1 -3@0:0 ");
+	EXPECT_EQ(mJournal.Told(), "2-1:2 3-1:1 2-0:1 3-0:0 ");
+	EXPECT_EQ(anyChange.Told(), "2 3 ") << "of elements only";
 }
 
 TEST_F(TObservableListTest, MoveShiftsWhatLiesBetween) {
@@ -118,55 +88,39 @@ TEST_F(TObservableListTest, MoveShiftsWhatLiesBetween) {
 	EXPECT_EQ(Numbers(), "40231");
 }
 
-TEST_F(TObservableListTest, ElementRemovedInsideItsOwnNotification) {
-	Fill(2);
+TEST_F(TObservableListTest, ElementsRemovedInsideTheirOwnNotifications) {
+	Fill(4);
 	std::string journal;
 	TActor actor("a", journal);
 	actor.Watch(*mList[0]);
 	actor.mAct = [&](auto*, int32_t) { mList.Remove(0); };
 	mList[0]->Set(7);
-	EXPECT_EQ(Numbers(), "1");
-}
-
-TEST_F(TObservableListTest, ListChangedInsideItsOwnEvent) {
-	Fill(3);
-	mActor.mOnRemoved = [&] { mList.Remove(0); };
+	EXPECT_EQ(Numbers(), "123");
+	mJournal.Told();
+	actor.Watch(mList.Removed());
+	actor.mAct = [&](auto*, int32_t) {
+		actor.mAct = nullptr;
+		mList.Remove(0);
+	};
 	mList.Remove(0);
-	EXPECT_EQ(mActor.Told(), "-2@0:3 -3@0:2 -2@0:2 -3@0:1 ");
-	EXPECT_EQ(Numbers(), "2");
-}
-
-TEST_F(TObservableListTest, AnyChangeFiresAroundChangesOfElementsOnly) {
-	std::string journal;
-	TActor actor("a", journal);
-	actor.Watch(mList.AnyChange());
-	Fill(2);
-	journal.clear();
-	mList[0]->Set(5);
-	mList.Remove(1);
-	EXPECT_EQ(journal, "a2 a3 ");
+	EXPECT_EQ(mJournal.Told(), "2-0:3 3-0:2 2-0:2 3-0:1 ");
+	EXPECT_EQ(Numbers(), "3");
 }
 
 TEST_F(TObservableListTest, RemovedElementLivesAsLongAsAnEventUnderWay) {
-	class TPostedActor final : public TObserver {
-	public:
-		void OnRemoved(TObservable* observable, int32_t reason) {
-			if (reason == kDidChange) {
-				const auto* event = static_cast<TObservableWasRemovedObservable*>(observable);
-				mSeen = static_cast<TNumber*>(event->Element())->Get();
-			}
-		}
-
-		int mSeen = -1;
-	} actor;
-
+	std::string journal;
+	TActor actor("a", journal);
+	int seen = -1;
+	actor.mAct = [&seen](TObservable* event, int32_t) {
+		seen = static_cast<TNumber*>(dynamic_cast<TObservableWasRemovedObservable*>(event)->Element())->Get();
+	};
 	Fill(1);
 	mList[0]->Set(42);
-	mList.Removed().AddObserver({&actor, &TPostedActor::OnRemoved}, kDeliverAlwaysPosted);
+	actor.Watch(mList.Removed(), kDeliverAlwaysPosted);
 	mList.Remove(0);
-	EXPECT_EQ(actor.mSeen, -1);
+	EXPECT_EQ(seen, -1);
 	TThreadCommunicator::Instance()->ProcessCommands();
-	EXPECT_EQ(actor.mSeen, 42);
+	EXPECT_EQ(seen, 42);
 }
 
 TEST_F(TObservableListTest, ChangeOnTheAudioThreadIsReportedOnTheMainThreadIfTheElementIsStillThere) {
@@ -177,30 +131,28 @@ TEST_F(TObservableListTest, ChangeOnTheAudioThreadIsReportedOnTheMainThreadIfThe
 		number->Set(8);
 	};
 	setOnAudioThread(mList[0]);
-	EXPECT_EQ(mActor.Told(), "");
+	EXPECT_EQ(mJournal.Told(), "");
 	TThreadCommunicator::Instance()->ProcessCommands();
-	EXPECT_EQ(mActor.Told(), "c2@0:2 c3@0:2 ");
+	EXPECT_EQ(mJournal.Told(), "2c0:2 3c0:2 ");
 	setOnAudioThread(mList[1]);
 	mList.Remove(1);
-	mActor.Told();
+	mJournal.Told();
 	TThreadCommunicator::Instance()->ProcessCommands();
-	EXPECT_EQ(mActor.Told(), "");
+	EXPECT_EQ(mJournal.Told(), "");
 }
 
 TEST_F(TObservableListTest, NestedListsHaveNamesPathsAndPassTheirChangesUp) {
 	TObservableList<TNumbers> lists;
-	TListActor actor;
+	TJournal journal;
 	lists.SetItemName("Rows");
 	lists.Append();
 	TNumbers* row = lists.Append();
 	EXPECT_EQ(row->ItemName(), "Row");
-	actor.Watch(lists);
+	WatchList(journal, lists);
 	TNumber* number = row->Append();
-	EXPECT_EQ(actor.Told(), "c2@1:2 c3@1:2 ");
-	EXPECT_EQ(actor.mpChanged, row);
+	EXPECT_EQ(journal.Told(), "2c1:2 3c1:2 ");
 	number->Set(3);
-	EXPECT_EQ(actor.Told(), "c2@1:2 c3@1:2 ");
-	EXPECT_EQ(actor.mpChanged, number);
+	EXPECT_EQ(journal.Told(), "2i1:2 3i1:2 ") << "inside it";
 
 	EXPECT_EQ(lists.BuildPath(number), "[1][0]");
 	EXPECT_EQ(lists.ElementAtPath("[1][0]"), number);

@@ -16,6 +16,12 @@ static_assert(sizeof(TObservableBaseType<int>) <= 32);
 
 class TObservableTest : public TFrameworkFixture {
 protected:
+	void WatchAll(TObservable& observable) {
+		for (TActor* actor : {&mA, &mB, &mC})
+			actor->Watch(observable);
+		Told();
+	}
+
 	/// What the actors were told since the last call.
 	std::string Told() { return std::exchange(mJournal, {}); }
 
@@ -24,103 +30,70 @@ protected:
 	TActor mA{"a", mJournal};
 	TActor mB{"b", mJournal};
 	TActor mC{"c", mJournal};
-
-	void WatchAll() {
-		for (TActor* actor : {&mA, &mB, &mC})
-			actor->Watch(mBang);
-		Told();
-	}
 };
 
 } // namespace
 
-TEST_F(TObservableTest, TellsOfRegistrationChangeAndRemoval) {
+TEST_F(TObservableTest, TellsOfRegistrationsChangesAndRemovals) {
+	mA.Watch(mBang);
 	mA.Watch(mBang);
 	mBang.BangBegin();
 	mBang.Bang();
-	mA.Leave(mBang);
-	mBang.Bang();
-	EXPECT_EQ(Told(), "a0 a2 a3 a1 ");
-}
-
-TEST_F(TObservableTest, RegisteredTwiceIsCalledTwiceUntilRemovedTwice) {
-	mA.Watch(mBang);
-	mA.Watch(mBang);
-	Told();
-	mBang.Bang();
-	EXPECT_EQ(Told(), "a3 a3 ");
+	EXPECT_EQ(Told(), "a0 a0 a2 a2 a3 a3 ") << "registered twice";
 	mA.Leave(mBang);
 	EXPECT_TRUE(mBang.IsObservedBy(mA.Callback()));
 	mA.Leave(mBang);
 	mA.Leave(mBang);
 	EXPECT_FALSE(mBang.IsObservedBy(mA.Callback()));
 	EXPECT_EQ(Told(), "a1 a1 ");
-}
-
-TEST_F(TObservableTest, ObserverThatRemovesItselfDoesNotHideTheNext) {
-	WatchAll();
-	mA.mAct = [&](auto*, int32_t) { mA.Leave(mBang); };
-	mBang.Bang();
-	EXPECT_EQ(Told(), "a3 a1 b3 c3 ");
-	mBang.Bang();
-	EXPECT_EQ(Told(), "b3 c3 ");
-}
-
-TEST_F(TObservableTest, ObserverThatRemovesAnEarlierOneDoesNotHideTheNext) {
-	WatchAll();
-	mB.mAct = [&](auto*, int32_t) { mA.Leave(mBang); };
-	mBang.Bang();
-	EXPECT_EQ(Told(), "a3 b3 a1 c3 ");
-}
-
-TEST_F(TObservableTest, ObserverRemovedBeforeItsTurnIsNotCalled) {
-	WatchAll();
-	mA.mAct = [&](auto*, int32_t) { mC.Leave(mBang); };
-	mBang.Bang();
-	EXPECT_EQ(Told(), "a3 c1 b3 ");
-}
-
-TEST_F(TObservableTest, ObserverAddedDuringARoundIsServedLast) {
+	WatchAll(mBang);
 	mA.Watch(mBang);
-	mB.Watch(mBang);
 	Told();
-	mA.mAct = [&](auto*, int32_t) {
+	mBang.RemoveObserverCompletely(&mA);
+	mBang.Bang();
+	EXPECT_EQ(Told(), "b3 c3 ") << "removed completely, and not told of it";
+}
+
+TEST_F(TObservableTest, ObserversComeAndGoInsideARound) {
+	TActor newcomer("n", mJournal);
+
+	struct TCase {
+		TActor* mpActing;
+		std::function<void(TObservableBang& bang)> mAct;
+		const char* mTold;
+	};
+
+	const TCase cases[] = {
+	    {&mA, [&](auto& bang) { mA.Leave(bang); }, "a3 a1 b3 c3 "},
+	    {&mB, [&](auto& bang) { mA.Leave(bang); }, "a3 b3 a1 c3 "},
+	    {&mA, [&](auto& bang) { mC.Leave(bang); }, "a3 c1 b3 "},
+	    {&mA, [&](auto& bang) { newcomer.Watch(bang); }, "a3 n0 b3 c3 n3 "},
+	    {&mB,
+	     [&](auto& bang) { // an inner round with a removal of its own
+		     mA.mAct = [&](auto*, int32_t) { mA.Leave(bang); };
+		     bang.Bang();
+	     },
+	     "a3 b3 a3 a1 b3 c3 c3 "},
+	};
+	for (const TCase& c : cases) {
+		TObservableBang bang;
+		WatchAll(bang);
+		c.mpActing->mAct = [&](auto*, int32_t) {
+			c.mpActing->mAct = nullptr;
+			c.mAct(bang);
+		};
+		bang.Bang();
+		EXPECT_EQ(Told(), c.mTold);
 		mA.mAct = nullptr;
-		mC.Watch(mBang);
-	};
-	mBang.Bang();
-	EXPECT_EQ(Told(), "a3 c0 b3 c3 ");
+	}
 }
 
-TEST_F(TObservableTest, InnerRoundIsCompleteAndItsRemovalsDoNotDisturbTheOuterOne) {
-	WatchAll();
-	mB.mAct = [&](auto*, int32_t) {
-		mB.mAct = nullptr;
-		mA.mAct = [&](auto*, int32_t) { mA.Leave(mBang); };
-		mBang.Bang();
-	};
-	mBang.Bang();
-	EXPECT_EQ(Told(), "a3 b3 a3 a1 b3 c3 c3 ");
-}
-
-TEST_F(TObservableTest, DestroyedByItsObserverEndsTheRound) {
+TEST_F(TObservableTest, DestroyedByItsObserverEndsTheRoundAndTellsTheLastFirst) {
 	auto bang = std::make_unique<TObservableBang>();
-	mA.Watch(*bang);
-	mB.Watch(*bang);
-	Told();
+	WatchAll(*bang);
 	mA.mAct = [&](auto*, int32_t) { bang = nullptr; };
 	bang->Bang();
-	EXPECT_EQ(Told(), "a3 b1 a1 ");
-}
-
-TEST_F(TObservableTest, DyingObservableTellsTheLastObserverFirst) {
-	{
-		TObservableBang bang;
-		for (TActor* actor : {&mA, &mB, &mC})
-			actor->Watch(bang);
-		Told();
-	}
-	EXPECT_EQ(Told(), "c1 b1 a1 ");
+	EXPECT_EQ(Told(), "a3 c1 b1 a1 ");
 }
 
 TEST_F(TObservableTest, ObserverThatDiesInItsOwnCallLeavesTheRest) {
@@ -133,30 +106,23 @@ TEST_F(TObservableTest, ObserverThatDiesInItsOwnCallLeavesTheRest) {
 	actor->mAct = [&](auto*, int32_t) { actor = nullptr; };
 	mBang.Bang();
 	EXPECT_TRUE(isDead);
-	EXPECT_EQ(Told(), "x3 b3 ");
 	mBang.Bang();
-	EXPECT_EQ(Told(), "b3 ");
+	EXPECT_EQ(Told(), "x3 b3 b3 ");
 }
 
 TEST_F(TObservableTest, ObserverThatDiesWhenToldOfTheObservablesEnd) {
-	class TLeaver final : public TObserver {
-	public:
-		void OnChange(TObservable*, int32_t reason) {
-			if (reason == kObserverRemoved)
-				mpSelf = nullptr;
-		}
-
-		TPtr<TLeaver> mpSelf{this};
-	};
-
-	auto* leaver = new TLeaver;
 	auto bang = std::make_unique<TObservableBang>();
-	bang->AddObserver({leaver, &TLeaver::OnChange});
+	TPtr<TForwardingStdObserver> leaver = MakePtr<TForwardingStdObserver>(kMainThread, [&](auto*, int32_t reason) {
+		if (reason == kObserverRemoved)
+			leaver = nullptr;
+	});
+	leaver->Observe(bang.get());
 	bang = nullptr; // the leak checker and the address sanitizer judge
+	EXPECT_FALSE(leaver);
 }
 
 TEST_F(TObservableTest, ExceptionEndsTheRoundAndLeavesTheObservableUsable) {
-	WatchAll();
+	WatchAll(mBang);
 	mB.mAct = [&](auto*, int32_t) { throw std::runtime_error("actor"); };
 	EXPECT_THROW(mBang.Bang(), std::runtime_error);
 	EXPECT_EQ(TObserver::NotificationSourceThread(), TObserver::kNoNotification);
@@ -167,26 +133,15 @@ TEST_F(TObservableTest, ExceptionEndsTheRoundAndLeavesTheObservableUsable) {
 }
 
 TEST_F(TObservableTest, BorrowedAudienceHearsTheEventButNotOfTheLoan) {
-	mA.Watch(mBang);
-	mB.Watch(mBang);
-	Told();
+	WatchAll(mBang);
 	{
 		TObservableBang event;
 		event.CopyObserversFrom(mBang);
 		event.Bang();
 	}
-	EXPECT_EQ(Told(), "a3 b3 ");
+	EXPECT_EQ(Told(), "a3 b3 c3 ");
 	mBang.Bang();
-	EXPECT_EQ(Told(), "a3 b3 ");
-}
-
-TEST_F(TObservableTest, RemovedCompletelyIsToldNothing) {
-	WatchAll();
-	mA.Watch(mBang);
-	Told();
-	mBang.RemoveObserverCompletely(&mA);
-	mBang.Bang();
-	EXPECT_EQ(Told(), "b3 c3 ");
+	EXPECT_EQ(Told(), "a3 b3 c3 ");
 }
 
 TEST_F(TObservableTest, EqualValueIsNoChangeUnlessForced) {
