@@ -25,7 +25,7 @@ TEST(TObservableValuesTest, TextFormsComeBackAndBadTextChangesNothing) {
 	EXPECT_EQ(TextAfter(TObservableBaseType<int>(7), "x"), "7");
 	EXPECT_EQ(TextAfter(TObservableConstBaseType<int>(5), "6"), "5");
 	EXPECT_EQ(TextAfter(TObservableBaseType<TColor>(), "1,2,300"), "1,2,255");
-	EXPECT_EQ(TextAfter(TObservableBaseType<TColor>(TColor(1, 2, 3)), "1,2"), "1,2,3");
+	EXPECT_EQ(TextAfter(TObservableBaseType<TColor>(TColor{1, 2, 3}), "1,2"), "1,2,3");
 	EXPECT_EQ(TextAfter(TObservableBaseType<TPointT<int>>(), "-3,4"), "-3,4");
 	EXPECT_EQ(TextAfter(TObservableBaseType<TString>(), "a <b>"), "a <b>");
 	EXPECT_EQ(TextAfter(TObservableBaseType<TDirectory>(), "a//b/../c"), "a/c/");
