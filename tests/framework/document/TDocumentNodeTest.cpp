@@ -5,10 +5,11 @@
 #include "framework/document/TDocumentRoot.h"
 #include "framework/document/TObservableBaseType.h"
 #include "framework/document/TObservableList.h"
-#include "framework/document/TUndoChain.h"
 #include "framework/foundation/TThreadCommunicator.h"
 #include "framework/foundation/TThreadManager.h"
 #include "tests/support/TFrameworkFixture.h"
+
+#include <array>
 
 namespace {
 
@@ -101,43 +102,36 @@ std::string MembersOf(const TDocumentNode& node) {
 } // namespace
 
 TEST_F(TDocumentNodeTest, KeepsTheOrderOfDeclarationAcrossKinds) {
-	TObservableBaseType<int> first;
-	TObservableBaseType<int> second;
-	TObservableBaseType<int> third;
-	mRoot.AddProperty(&first, "First", kWrite);
+	std::array<TObservableBaseType<int>, 3> values;
+	mRoot.AddProperty(&values[0], "First", kWrite);
 	mRoot.AddChild(&mA, "A", kWrite);
 	mRoot.AddComment("and");
-	mRoot.AddProperty(&second, "Second", kWrite);
-	mRoot.AddProperty(&third, "Third", kWrite);
-	EXPECT_EQ(MembersOf(mRoot), "First A and Second Third ");
+	mRoot.AddProperty(&values[1], "Second", kWrite);
+	mRoot.AddProperty(&values[2], "Third", kWrite);
 	mRoot.AddChild(&mB, "B", kWrite, 0);
 	EXPECT_EQ(MembersOf(mRoot), "First B A and Second Third ");
-	mRoot.RemoveProperty(&second);
-	mRoot.RemoveChild(&mA);
-	mRoot.RemoveChild(&mA);
-	mRoot.RemoveProperty(&second);
-	EXPECT_EQ(MembersOf(mRoot), "First B and Third ");
-	EXPECT_EQ(mRoot.NameOfProperty(&third), "Third");
-	EXPECT_EQ(mRoot.NameOfProperty(&second), "");
+	for (int i = 0; i < 2; ++i) { // the second time there is nothing to remove
+		mRoot.RemoveProperty(&values[1]);
+		mRoot.RemoveChild(&mA);
+		EXPECT_EQ(MembersOf(mRoot), "First B and Third ");
+	}
+	EXPECT_EQ(mRoot.NameOfProperty(&values[1]), "");
 }
 
 TEST_F(TDocumentNodeTest, AttachingTellsTheNodeAndTheWholeSubtreeOfTheRoot) {
+	auto parent = MakePtr<TNode>("p", mJournal);
+	parent->AddChild(&mA, "A", kWrite);
+	parent = nullptr;
+	EXPECT_EQ(mA.Parent(), nullptr) << "a parent that dies leaves its children alone";
+	EXPECT_EQ(mA.NameInParent(), "");
 	mA.AddChild(&mB, "B", kWrite);
-	EXPECT_EQ(Told(), "b:before b:attached ");
+	EXPECT_EQ(Told(), "a:before a:attached b:before b:attached ");
 	mRoot.AddChild(&mA, "A", kWrite);
 	EXPECT_EQ(Told(), "a:before a:attached a:rooted b:rooted ");
 	EXPECT_EQ(mB.Root(), &mRoot);
 	mRoot.RemoveChild(&mA);
 	EXPECT_EQ(Told(), "a:leaving a:detached a:uprooted b:uprooted ");
 	EXPECT_EQ(mB.Root(), nullptr);
-}
-
-TEST_F(TDocumentNodeTest, ParentThatDiesLeavesItsChildrenAlone) {
-	auto parent = MakePtr<TNode>("p", mJournal);
-	parent->AddChild(&mA, "A", kWrite);
-	parent = nullptr;
-	EXPECT_EQ(mA.Parent(), nullptr);
-	EXPECT_EQ(mA.NameInParent(), "");
 }
 
 TEST_F(TDocumentNodeTest, ChildTakesOverTheStateOfItsParent) {
@@ -164,11 +158,10 @@ TEST_F(TDocumentNodeTest, LoadSaveAndUndoVisitThePartsThatTheFlagsName) {
 	mA.AddChild(&mB, "B", kWrite);
 	mRoot.AddChild(&reader, "X", kRead);
 	mRoot.AddChild(&aside, "Y", 0);
+	mA.Touch();
 	Told();
 	mRoot.BeginLoad();
 	EXPECT_EQ(Told(), "r:load a:load b:load x:load ");
-	mA.Touch();
-	Told();
 	mRoot.EndLoad(true);
 	EXPECT_EQ(
 	    Told(), "b:loaded a:loaded x:loaded r:loaded r:after a:after b:after x:after y:after "
@@ -195,9 +188,9 @@ TEST_F(TDocumentNodeTest, TouchGoesUpAndClearingGoesDown) {
 	Told();
 	mA.Touch();
 	EXPECT_EQ(Told(), "a:modified r:modified ");
-	EXPECT_FALSE(mB.IsModified());
 	EXPECT_TRUE(mRoot.IsSecondaryModified());
 	mRoot.ClearSecondaryModified();
+	EXPECT_FALSE(mRoot.IsSecondaryModified());
 	EXPECT_TRUE(mA.IsModified());
 	mRoot.ClearModified();
 	EXPECT_FALSE(mA.IsModified());
@@ -241,63 +234,37 @@ TEST_F(TDocumentNodeTest, ChangesCountInsideAnActionFromTheMainThreadAndUndoable
 	EXPECT_FALSE(value.HasObservers());
 }
 
-TEST_F(TDocumentNodeTest, ListsAndByteBagsReportTheirOwnChanges) {
-	TObservableList<TObservableBaseType<int>> numbers;
-	TDocumentList<TNode> nodes;
-	TDocumentByteBag bag;
-	mRoot.AddProperty(&numbers, "Numbers", kWrite | kUndoable);
-	mRoot.AddChild(&nodes, "Nodes", kWrite | kUndoable);
-	mRoot.AddChild(&bag, "Bag", kWrite | kUndoable);
-	EXPECT_EQ(numbers.ItemName(), "Number");
-	EXPECT_EQ(nodes.ItemName(), "Node");
-	const auto nameOfStep = [this](const auto& change) {
-		const TDocumentRoot::TActionGuard step(&mRoot, true);
-		change();
-		mRoot.EndAction();
-		return mRoot.UndoChain()->UndoName();
-	};
-	EXPECT_EQ(nameOfStep([&] { bag.SetData(nullptr, 0); }), "") << "no change";
-	EXPECT_EQ(nameOfStep([&] { numbers.Append(); }), "Insert Number");
-	EXPECT_EQ(nameOfStep([&] { nodes.Insert(new TNode("n", mJournal)); }), "Insert Node");
-	EXPECT_EQ(nameOfStep([&] { bag.SetData("ab", 2); }), "Change Bag");
-	EXPECT_EQ(bag.Data().size(), 2u);
-	bag.SetData(nullptr, 0);
-	EXPECT_TRUE(bag.Data().empty());
-}
-
 TEST_F(TDocumentNodeTest, PathsLeadBackToWhatTheyWereBuiltFrom) {
 	TDocumentList<TDocumentNode> lists;
-	auto inner = MakePtr<TDocumentList<TDocumentNode>>();
+	const auto inner = MakePtr<TDocumentList<TDocumentNode>>();
+	const auto node = MakePtr<TNode>("n", mJournal);
 	TObservableList<TObservableList<TObservableBaseType<int>>> table;
 	TObservableBaseType<int> value;
 	mRoot.AddChild(&mA, "A", kWrite);
 	mA.AddChild(&lists, "Items", kWrite);
 	lists.Insert(new TNode("x", mJournal));
 	lists.Insert(inner.Get());
-	inner->Insert(&mB);
-	mB.Retain(); // the list shares it, the test owns it
-	mB.AddProperty(&value, "Value", kWrite);
-	mB.AddProperty(&table, "Table", kWrite);
+	inner->Insert(node.Get());
+	node->AddProperty(&value, "Value", kWrite);
+	node->AddProperty(&table, "Table", kWrite);
 	TObservable* cell = table.Append()->Append();
 
 	EXPECT_EQ(mRoot.BuildPath(&mRoot), "/");
-	EXPECT_EQ(mB.BuildPath(&mRoot), "/A/Items[1][0]");
-	EXPECT_EQ(mB.BuildPath(inner.Get()), "/[0]");
-	EXPECT_EQ(mRoot.BuildPath(&mB), "");
-	EXPECT_EQ(mB.BuildValuePath(cell, &mRoot), "/A/Items[1][0]/Table[0][0]");
+	EXPECT_EQ(node->BuildPath(&mRoot), "/A/Items[1][0]");
+	EXPECT_EQ(node->BuildPath(inner.Get()), "/[0]");
+	EXPECT_EQ(mRoot.BuildPath(node.Get()), "");
+	EXPECT_EQ(node->BuildValuePath(cell, &mRoot), "/A/Items[1][0]/Table[0][0]");
 	EXPECT_EQ(mRoot.BuildValuePath(cell, &mRoot), "");
-	EXPECT_EQ(table.BuildPath(cell), "Table[0][0]");
 
 	EXPECT_EQ(mRoot.ChildAtPath("/"), &mRoot);
-	EXPECT_EQ(mRoot.ChildAtPath("/A/Items[1][0]"), &mB);
-	EXPECT_EQ(inner->ChildAtPath("/[0]"), &mB);
+	EXPECT_EQ(mRoot.ChildAtPath("/A/Items[1][0]"), node.Get());
+	EXPECT_EQ(inner->ChildAtPath("/[0]"), node.Get());
 	EXPECT_EQ(mRoot.ValueAtPath("/A/Items[1][0]/Value"), &value);
 	EXPECT_EQ(mRoot.ValueAtPath("/A/Items[1][0]/Table[0][0]"), cell);
 	for (const char* wrong : {"/B", "/A/Items[2]", "/A/Items[1][0]/Value", "/A[0]", "/A/Items[", "//"})
 		EXPECT_EQ(mRoot.ChildAtPath(wrong), nullptr) << wrong;
 	for (const char* wrong : {"", "/", "/A", "/A/Items[1][0]", "/A/Items[1][0]/Value[0]", "/A/Items[0]/Value"})
 		EXPECT_EQ(mRoot.ValueAtPath(wrong), nullptr) << wrong;
-	inner->Clear();
 }
 
 TEST_F(TDocumentNodeTest, RegistryMakesNodesByAnyFormOfTheirName) {
@@ -306,9 +273,7 @@ TEST_F(TDocumentNodeTest, RegistryMakesNodesByAnyFormOfTheirName) {
 	     {"DocumentList<DocumentByteBag>", "TDocumentList<TDocumentByteBag>", "DocumentList<TDocumentByteBag>"}) {
 		const auto made = TDocumentClassRegistry::CreateByTypeName(name);
 		ASSERT_TRUE(made) << name;
-		EXPECT_EQ(made->TypeName(), "DocumentList<DocumentByteBag>");
-		EXPECT_EQ(made->ElementName(), "DocumentList_of_DocumentByteBag_");
-		EXPECT_TRUE(made->NewInstance());
+		EXPECT_EQ(made->NewInstance()->TypeName(), "DocumentList<DocumentByteBag>");
 	}
 	EXPECT_FALSE(TDocumentClassRegistry::CreateByTypeName("Unheard"));
 	EXPECT_FALSE(mA.NewInstance());

@@ -58,14 +58,13 @@ private:
 
 	void ChangeStructure(TUndoLeaf& leaf) {
 		if (Below(2) == 0)
-			ChangeList(leaf.mTags, [&](int32_t index) { leaf.AddTag(index, Text()); });
-		else
-			ChangeList(*leaf.mpLeaves, [&](int32_t index) {
-				const TPtr<TUndoLeaf> added = MakePtr<TUndoLeaf>();
-				ChangeValue(*added);
-				added->mSprouts = Below(3) == 0;
-				leaf.mpLeaves->Insert(&*added, index);
-			});
+			return ChangeList(leaf.mTags, [&](int32_t index) { leaf.AddTag(index, Text()); });
+		ChangeList(*leaf.mpLeaves, [&](int32_t index) {
+			const TPtr<TUndoLeaf> added = MakePtr<TUndoLeaf>();
+			ChangeValue(*added);
+			added->mSprouts = Below(3) == 0;
+			leaf.mpLeaves->Insert(&*added, index);
+		});
 	}
 
 	template <class TAnyList, class TInsert>
@@ -102,22 +101,24 @@ TEST_F(TDocumentRootTest, EveryStateOfARandomHistoryComesBack) {
 	};
 	for (int round = 0; round < 400 && !HasFatalFailure(); ++round) {
 		const int choice = gardener.Below(8);
-		if (choice == 0 && now > 0)
+		if (choice == 0 && now > 0) {
 			undo();
-		else if (choice == 1 && now + 1 < states.size())
-			redo();
-		else {
-			mpRoot->BeginAction();
-			for (int changes = gardener.Below(8); changes >= 0; --changes)
-				gardener.ChangeSomething(*mpRoot->mpTop);
-			const bool hasChanged = mpRoot->IsModified();
-			mpRoot->EndAction();
-			if (!hasChanged)
-				continue;
-			states.resize(++now);
-			states.push_back(mpRoot->Snapshot());
-			ASSERT_FALSE(mpRoot->CanRedo());
+			continue;
 		}
+		if (choice == 1 && now + 1 < states.size()) {
+			redo();
+			continue;
+		}
+		mpRoot->BeginAction();
+		for (int changes = gardener.Below(8); changes >= 0; --changes)
+			gardener.ChangeSomething(*mpRoot->mpTop);
+		const bool hasChanged = mpRoot->IsModified();
+		mpRoot->EndAction();
+		if (!hasChanged)
+			continue;
+		states.resize(++now);
+		states.push_back(mpRoot->Snapshot());
+		ASSERT_FALSE(mpRoot->CanRedo());
 	}
 	while (now > 0 && !HasFatalFailure())
 		undo();
@@ -132,6 +133,8 @@ TEST_F(TDocumentRootTest, StepsAreNamedByTheirFirstChange) {
 	mpRoot->mpTop->AddTag(0, "x");
 	mpRoot->mpTop->mpLeaves->Insert(new TUndoLeaf);
 	const std::pair<void (*)(TUndoLeaf&), const char*> kChanges[] = {
+	    {[](TUndoLeaf& top) { top.mpBag->SetData(nullptr, 0); }, ""}, // no change
+	    {[](TUndoLeaf& top) { top.mpBag->SetData("ab", 2); }, "Change Bag"},
 	    {[](TUndoLeaf& top) { top.mText.Set("100 %"); }, "Change Text"},
 	    {[](TUndoLeaf& top) { top.mTags.Append(); }, "Insert Tag"},
 	    {[](TUndoLeaf& top) { top.mTags.Swap(0, 1); }, "Swap Tag"},
@@ -149,12 +152,6 @@ TEST_F(TDocumentRootTest, StepsAreNamedByTheirFirstChange) {
 	mpRoot->mpTop->mNumber.Set(1);
 	mpRoot->EndAction();
 	EXPECT_EQ(Chain().UndoName(), "Own");
-	testing::internal::CaptureStdout();
-	mpRoot->Undo();
-	mpRoot->Redo();
-	EXPECT_EQ(
-	    testing::internal::GetCapturedStdout(),
-	    "Undoing 'Own'...\n'Own' was undone.\nRedoing 'Own'...\n'Own' was redone.\n");
 }
 
 TEST_F(TDocumentRootTest, StepIsOpenBetweenItsBrackets) {
@@ -235,7 +232,7 @@ TEST_F(TDocumentRootTest, WhatIsUndoneIsLostWithTheNextChangeAndEverythingWithAL
 	mFolder.Write("side", "");
 	SetNumber(5);
 	mpRoot->BeginAction();
-	mpRoot->LoadFromStream(TStream(std::as_bytes(std::span(third))));
+	mpRoot->LoadFromStream(StreamOf(third));
 	EXPECT_EQ(Number(), 3);
 	mpRoot->EndAction();
 	EXPECT_FALSE(mpRoot->CanUndo()) << "not even the step that was open";

@@ -10,9 +10,9 @@
 #include "framework/document/TSerializableList.h"
 #include "framework/document/TUndoChain.h"
 #include "framework/foundation/Folders.h"
-#include "framework/foundation/TStream.h"
 #include "framework/foundation/TSystemGlobals.h"
 #include "platform/headless/THeadlessFolders.h"
+#include "tests/support/StreamText.h"
 #include "tests/support/TFrameworkFixture.h"
 #include "tests/support/TStringPrinter.h"
 #include "tests/support/TTemporaryFolder.h"
@@ -99,7 +99,7 @@ public:
 	std::string Snapshot() {
 		TStream xml;
 		SaveToStream(xml, true);
-		return {reinterpret_cast<const char*>(xml.Bytes().data()), xml.Bytes().size()};
+		return TextOf(xml);
 	}
 
 	void OnUndoRedoBegin() override { mHooks += "b"; }
