@@ -94,6 +94,36 @@ public:
 		return mCurrent;
 	}
 
+	/// The values of the next `count` steps, an array for each ramp. The last value is repeated up to a multiple of
+	/// four, for which the arrays have room.
+	void Fill(int count, float* first, float* second, float* third = nullptr) {
+		int i = 0;
+		for (; i <= count - 4; i += 4) {
+			__m128 a = Step();
+			__m128 b = Step();
+			__m128 c = Step();
+			__m128 d = Step();
+			_MM_TRANSPOSE4_PS(a, b, c, d);
+			_mm_storeu_ps(first + i, a);
+			_mm_storeu_ps(second + i, b);
+			if (third)
+				_mm_storeu_ps(third + i, c);
+		}
+		for (; i < count; ++i) {
+			const __m128 row = Step();
+			first[i] = _mm_cvtss_f32(row);
+			second[i] = _mm_cvtss_f32(_mm_shuffle_ps(row, row, 1));
+			if (third)
+				third[i] = _mm_cvtss_f32(_mm_movehl_ps(row, row));
+		}
+		for (; i % 4 != 0; ++i) {
+			first[i] = first[i - 1];
+			second[i] = second[i - 1];
+			if (third)
+				third[i] = third[i - 1];
+		}
+	}
+
 private:
 	using TRamp = TRampable<float>;
 

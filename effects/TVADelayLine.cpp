@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "effects/TVADelayLine.h"
 
+#include "effects/TVortelBuffers.h"
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <cstring>
 #include <emmintrin.h>
 
 void TVADelayLine::SetLength(int length) {
@@ -41,25 +42,39 @@ struct TWeights {
 	double mA, mB, mC, mD;
 };
 
-/// Two samples, from anywhere.
-__m128 LoadPair(const float* samples) {
-	double both;
-	std::memcpy(&both, samples, sizeof(both));
-	return _mm_castpd_ps(_mm_set_sd(both));
-}
-
-void StorePair(float* samples, __m128 values) {
-	const double both = _mm_cvtsd_f64(_mm_castps_pd(values));
-	std::memcpy(samples, &both, sizeof(both));
-}
-
 __m128d LoadTwo(const float* samples) {
-	return _mm_cvtps_pd(LoadPair(samples));
+	return _mm_cvtps_pd(VortelBuffers::LoadPair(samples));
 }
+
+struct TRestingGain {
+	float mValue;
+
+	__m128 Pair(int) const { return _mm_set1_ps(mValue); }
+
+	float At(int) const { return mValue; }
+};
+
+struct TMovingGain {
+	const float* mValues;
+
+	__m128 Pair(int index) const { return VortelBuffers::LoadPair(mValues + index); }
+
+	float At(int index) const { return mValues[index]; }
+};
 
 } // namespace
 
 void TVADelayLine::ProcessSteady(float* samples, int count, float send, float feedback, double delay, float returned) {
+	ProcessRuns(samples, count, TRestingGain{send}, feedback, delay, TRestingGain{returned});
+}
+
+void TVADelayLine::ProcessSteady(
+    float* samples, int count, const float* send, float feedback, double delay, const float* returned) {
+	ProcessRuns(samples, count, TMovingGain{send}, feedback, delay, TMovingGain{returned});
+}
+
+template <class TGain>
+void TVADelayLine::ProcessRuns(float* samples, int count, TGain send, float feedback, double delay, TGain returned) {
 	const int behind = static_cast<int>(std::ceil(delay));
 	const TWeights weights(behind - delay);
 	for (int done = 0; done < count;) {
@@ -78,22 +93,23 @@ void TVADelayLine::ProcessSteady(float* samples, int count, float send, float fe
 				    _mm_add_pd(
 				        _mm_mul_pd(LoadTwo(from + i + 2), _mm_set1_pd(weights.mC)),
 				        _mm_mul_pd(LoadTwo(from + i + 3), _mm_set1_pd(weights.mD))));
-				const __m128 in = LoadPair(x + i);
-				const __m128d sent = _mm_cvtps_pd(_mm_mul_ps(in, _mm_set1_ps(send)));
-				StorePair(write + i, _mm_cvtpd_ps(_mm_add_pd(sent, _mm_mul_pd(y, _mm_set1_pd(feedback)))));
-				StorePair(x + i, _mm_add_ps(in, _mm_mul_ps(_mm_cvtpd_ps(y), _mm_set1_ps(returned))));
+				const __m128 in = VortelBuffers::LoadPair(x + i);
+				const __m128d sent = _mm_cvtps_pd(_mm_mul_ps(in, send.Pair(done + i)));
+				VortelBuffers::StorePair(
+				    write + i, _mm_cvtpd_ps(_mm_add_pd(sent, _mm_mul_pd(y, _mm_set1_pd(feedback)))));
+				VortelBuffers::StorePair(x + i, _mm_add_ps(in, _mm_mul_ps(_mm_cvtpd_ps(y), returned.Pair(done + i))));
 			}
 			for (; i < run; ++i) {
 				const double y = weights.mA * from[i] + weights.mB * from[i + 1] + weights.mC * from[i + 2] +
 				                 weights.mD * from[i + 3];
-				write[i] = static_cast<float>(send * x[i] + feedback * y);
-				x[i] += returned * static_cast<float>(y);
+				write[i] = static_cast<float>(send.At(done + i) * x[i] + feedback * y);
+				x[i] += returned.At(done + i) * static_cast<float>(y);
 			}
 			mWriteIndex = (mWriteIndex + run) & (mSize - 1);
 			mWritten = std::min(mSize, mWritten + run);
 			done += run;
 		} else { // the four samples lie across the end
-			*x += returned * Process(send * *x, feedback, delay);
+			*x += returned.At(done) * Process(send.At(done) * *x, feedback, delay);
 			++done;
 		}
 	}

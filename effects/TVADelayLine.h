@@ -37,8 +37,14 @@ public:
 	/// In place: each sample gets `returned` x the signal of `delay` samples ago added, after send x the sample and
 	/// the feedback have gone into the line. The same as Process for each sample, to rounding, while the delay rests.
 	void ProcessSteady(float* samples, int count, float send, float feedback, double delay, float returned);
+	/// The same with a value of send and return for each sample.
+	void
+	ProcessSteady(float* samples, int count, const float* send, float feedback, double delay, const float* returned);
 
 private:
+	template <class TGain>
+	void ProcessRuns(float* samples, int count, TGain send, float feedback, double delay, TGain returned);
+
 	float At(int index) const { return mSamples[index & (mSize - 1)]; }
 
 	int mLength = 0;

@@ -37,6 +37,18 @@ inline void CopyBoth(float* targetLeft, float* targetRight, const float* left, c
 	}
 }
 
+/// Two samples of one channel, in the lower half.
+inline __m128 LoadPair(const float* samples) {
+	double both;
+	std::memcpy(&both, samples, sizeof(both));
+	return _mm_castpd_ps(_mm_set_sd(both));
+}
+
+inline void StorePair(float* samples, __m128 values) {
+	const double both = _mm_cvtsd_f64(_mm_castps_pd(values));
+	std::memcpy(samples, &both, sizeof(both));
+}
+
 /// Two samples side by side in double: left in the lower half, right in the upper.
 inline __m128d LoadFrame(const float* left, const float* right) {
 	return _mm_cvtps_pd(_mm_unpacklo_ps(_mm_load_ss(left), _mm_load_ss(right)));

@@ -4,6 +4,7 @@
 #include "document/TVortelEffectDevices.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace {
@@ -102,18 +103,36 @@ bool TVortelDelayDspDevice::IsGliding() const {
 }
 
 void TVortelDelayDspDevice::ProcessEffect(float* left, float* right, int count) {
-	if (IsGliding() || mSendRamp.IsRamping() || mReturnRamp.IsRamping()) {
-		ProcessMoving(left, right, count);
-		return;
+	if (IsGliding()) {
+		ProcessGliding(left, right, count);
+	} else if (AreGainsRamping()) {
+		ProcessRamped(left, right, count);
+	} else {
+		mLineLeft.ProcessSteady(left, count, mSendRamp.Target(), mFeedback, mTargetLeft, mReturnRamp.Target());
+		mLineRight.ProcessSteady(right, count, mSendRamp.Target(), mFeedback, mTargetRight, mReturnRamp.Target());
 	}
-	mLineLeft.ProcessSteady(left, count, mSendRamp.Target(), mFeedback, mTargetLeft, mReturnRamp.Target());
-	mLineRight.ProcessSteady(right, count, mSendRamp.Target(), mFeedback, mTargetRight, mReturnRamp.Target());
 }
 
-void TVortelDelayDspDevice::ProcessMoving(float* left, float* right, int count) {
+bool TVortelDelayDspDevice::AreGainsRamping() const {
+	return mSendRamp.IsRamping() || mReturnRamp.IsRamping();
+}
+
+void TVortelDelayDspDevice::ProcessRamped(float* left, float* right, int count) {
+	constexpr int kPiece = 64;
+	std::array<float, kPiece> send, returned;
+	TRampGroup ramps(mSendRamp, mReturnRamp);
+	for (int done = 0; done < count; done += kPiece) {
+		const int length = std::min(kPiece, count - done);
+		ramps.Fill(length, send.data(), returned.data());
+		mLineLeft.ProcessSteady(left + done, length, send.data(), mFeedback, mTargetLeft, returned.data());
+		mLineRight.ProcessSteady(right + done, length, send.data(), mFeedback, mTargetRight, returned.data());
+	}
+}
+
+void TVortelDelayDspDevice::ProcessGliding(float* left, float* right, int count) {
 	const double towardsLeft = mGlide * mTargetLeft;
 	const double towardsRight = mGlide * mTargetRight;
-	const bool ramping = mSendRamp.IsRamping() || mReturnRamp.IsRamping();
+	const bool ramping = AreGainsRamping();
 	float send = mSendRamp.Target();
 	float returned = mReturnRamp.Target();
 	for (int i = 0; i < count; ++i) {

@@ -29,7 +29,9 @@ private:
 	void ComputeDelays();
 	void ComputeGlide();
 	bool IsGliding() const;
-	void ProcessMoving(float* left, float* right, int count);
+	bool AreGainsRamping() const;
+	void ProcessRamped(float* left, float* right, int count);
+	void ProcessGliding(float* left, float* right, int count);
 
 	TVortelConvertedParameter mTimeParameter;
 	TVortelConvertedParameter mModeParameter;

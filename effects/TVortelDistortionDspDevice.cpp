@@ -2,6 +2,7 @@
 #include "effects/TVortelDistortionDspDevice.h"
 
 #include "document/TVortelEffectDevices.h"
+#include "effects/TVortelBuffers.h"
 #include "effects/VectorMath.h"
 
 #include <algorithm>
@@ -11,6 +12,8 @@
 namespace {
 
 enum TParameterId : int32_t { kTypeId = 137, kDriveId = 138, kToneId = 139, kWetId = 140, kDryId = 141 };
+
+using VectorMath::TQuad;
 
 constexpr double kFullScale = 32767.0;
 constexpr float kLeastDrive = 0.0001f; // the power curves need a positive base
@@ -40,24 +43,39 @@ __m128d Rounded(__m128d x) {
 
 } // namespace
 
+/// What a curve derives from the drive, for four samples in a row.
+struct TVortelDistortionDspDevice::TDriveQuad {
+	TQuad mFirst;        // the curve's own
+	TQuad mSecond;       // the curve's own
+	TQuad mCompensation; // gain of the output
+};
+
+/// The same for one sample, with the gains of the output.
+struct TVortelDistortionDspDevice::TSettings {
+	double mFirst;
+	double mSecond;
+	double mWetGain; // wet, compensation and the curve's scale in one
+	double mDryGain;
+};
+
 /// Hard clip in whole-number arithmetic. The limit falls as the square of the drive rises.
 class TVortelDistortionDspDevice::TRazorCurve {
 public:
 	explicit TRazorCurve(TVortelDistortionDspDevice&) {}
 
-	void SetDrive(float drive) {
-		const float root = drive * 100.0f + 7.0f;
-		mStep = 1 | (4 * static_cast<int>(root * root));
-		mCompensation = drive * drive * 100.0f + 1.0f;
-	}
-
-	double Compensation() const { return mCompensation; }
-
 	static constexpr double kScale = 1.0;
 
+	static TDriveQuad Follow(__m128 drive) {
+		const __m128 root = _mm_add_ps(_mm_mul_ps(drive, _mm_set1_ps(100.0f)), _mm_set1_ps(7.0f));
+		const __m128i whole = _mm_cvttps_epi32(_mm_mul_ps(root, root));
+		const __m128i step = _mm_or_si128(_mm_slli_epi32(whole, 2), _mm_set1_epi32(1));
+		const __m128 square = _mm_mul_ps(_mm_mul_ps(drive, drive), _mm_set1_ps(100.0f));
+		return {TQuad(_mm_cvtepi32_ps(step)), 0.0, TQuad(_mm_add_ps(square, _mm_set1_ps(1.0f)))};
+	}
+
 	/// (n x step >> 7, clipped, << 7) / step, exact in double: the products stay far below 2^53.
-	__m128d operator()(__m128d in) const {
-		const __m128d step = _mm_set1_pd(mStep);
+	__m128d operator()(__m128d in, const TSettings& settings) const {
+		const __m128d step = _mm_set1_pd(settings.mFirst);
 		const __m128d shifted = _mm_mul_pd(_mm_mul_pd(Rounded(in), step), _mm_set1_pd(1.0 / 128.0));
 		const __m128d clipped = Limited(Floor(Limited(shifted, 65536.0)), kFullScale);
 		return WholePart(_mm_div_pd(_mm_mul_pd(clipped, _mm_set1_pd(128.0)), step));
@@ -69,60 +87,51 @@ private:
 		const __m128d whole = WholePart(x);
 		return _mm_sub_pd(whole, _mm_and_pd(_mm_cmpgt_pd(whole, x), _mm_set1_pd(1.0)));
 	}
-
-	int mStep = 1;
-	float mCompensation = 1.0f;
 };
 
-/// Soft saturation.
+/// Soft saturation; the settings are k and k + 1.
 class TVortelDistortionDspDevice::TShapeCurve {
 public:
 	explicit TShapeCurve(TVortelDistortionDspDevice&) {}
 
-	void SetDrive(float drive) {
-		mK = std::pow(drive * 10.0, 2.5);
-		mCompensation = 1.0 - std::pow(drive / 4.0, 0.2);
-	}
-
-	double Compensation() const { return mCompensation; }
-
 	static constexpr double kScale = kFullScale;
 
-	__m128d operator()(__m128d in) const {
-		const __m128d k = _mm_set1_pd(mK);
-		const __m128d one = _mm_set1_pd(1.0);
-		const __m128d x = _mm_div_pd(in, _mm_set1_pd(kFullScale));
-		return _mm_div_pd(_mm_mul_pd(_mm_add_pd(k, one), x), _mm_add_pd(_mm_mul_pd(VectorMath::Absolute(x), k), one));
+	static TDriveQuad Follow(__m128 drive) {
+		const TQuad base = TQuad(drive) * 10.0;
+		const TQuad k = base * base * VectorMath::SquareRoot(base); // base^2.5
+		const TQuad root = VectorMath::FifthRoot(_mm_mul_ps(drive, _mm_set1_ps(0.25f)));
+		return {k, k + 1.0, 1.0 - root};
 	}
 
-private:
-	double mK = 0.0;
-	double mCompensation = 1.0;
+	__m128d operator()(__m128d in, const TSettings& settings) const {
+		const __m128d x = _mm_div_pd(in, _mm_set1_pd(kFullScale));
+		const __m128d slope = _mm_mul_pd(VectorMath::Absolute(x), _mm_set1_pd(settings.mFirst));
+		return _mm_div_pd(_mm_mul_pd(_mm_set1_pd(settings.mSecond), x), _mm_add_pd(slope, _mm_set1_pd(1.0)));
+	}
 };
 
-/// Wave folder.
+/// Wave folder; the settings are the threshold and the gain.
 class TVortelDistortionDspDevice::TFoldCurve {
 public:
 	explicit TFoldCurve(TVortelDistortionDspDevice&) {}
 
-	void SetDrive(float drive) {
-		mThreshold = 1.01 - std::pow(static_cast<double>(drive), 0.2);
-		mGain = static_cast<double>(drive) * drive + 1.0;
-		mCompensation = 1.0 / (mThreshold * 2.75) + 0.6;
-	}
-
-	double Compensation() const { return mCompensation; }
-
 	static constexpr double kScale = kFullScale;
 
-	__m128d operator()(__m128d in) const {
-		const __m128d t = _mm_set1_pd(mThreshold);
-		const __m128d x = _mm_mul_pd(_mm_div_pd(in, _mm_set1_pd(kFullScale)), _mm_set1_pd(mGain));
+	/// The threshold comes close to 0, where the folds are many: the root must be good to the last digits.
+	static TDriveQuad Follow(__m128 drive) {
+		const TQuad d(drive);
+		const TQuad threshold = 1.01 - VectorMath::FifthRoot(drive);
+		return {threshold, d * d + 1.0, 1.0 / (threshold * 2.75) + 0.6};
+	}
+
+	__m128d operator()(__m128d in, const TSettings& settings) const {
+		const __m128d t = _mm_set1_pd(settings.mFirst);
+		const __m128d x = _mm_mul_pd(_mm_div_pd(in, _mm_set1_pd(kFullScale)), _mm_set1_pd(settings.mSecond));
 		const __m128d outside = _mm_cmpgt_pd(VectorMath::Absolute(x), t);
 		if (_mm_movemask_pd(outside) == 0)
 			return x;
 		// | |fmod(x - t, 4 t)| - 2 t | - t
-		const __m128d period = _mm_set1_pd(4.0 * mThreshold);
+		const __m128d period = _mm_mul_pd(t, _mm_set1_pd(4.0));
 		const __m128d distance = VectorMath::Absolute(_mm_sub_pd(x, t));
 		const __m128d rest = Remainder(distance, period);
 		const __m128d folded = _mm_sub_pd(VectorMath::Absolute(_mm_sub_pd(rest, _mm_add_pd(t, t))), t);
@@ -137,13 +146,10 @@ private:
 		const __m128d turns = WholePart(_mm_div_pd(within, period));
 		return _mm_max_pd(_mm_sub_pd(within, _mm_mul_pd(turns, period)), _mm_setzero_pd());
 	}
-
-	double mThreshold = 1.0;
-	double mGain = 1.0;
-	double mCompensation = 1.0;
 };
 
-/// Rectifying power curve with a filter that takes the DC out.
+/// Rectifying power curve with a filter that takes the DC out; the settings are the exponent, and what brings the
+/// logarithm from full scale to samples.
 class TVortelDistortionDspDevice::TShiftCurve {
 public:
 	explicit TShiftCurve(TVortelDistortionDspDevice& device) : mDevice(device), mState(device.mShift) {}
@@ -153,21 +159,21 @@ public:
 	TShiftCurve(const TShiftCurve&) = delete;
 	TShiftCurve& operator=(const TShiftCurve&) = delete;
 
-	void SetDrive(float drive) {
-		mCompensation = 1.5 - std::pow(drive / 2.0, 0.95);
-		mExponent = 1.0 - drive * 0.9;
-		mOffset = (1.0 - mExponent) * std::log2(kFullScale);
-	}
-
-	double Compensation() const { return mCompensation; }
-
 	static constexpr double kScale = 1.0;
 
-	__m128d operator()(__m128d in) {
+	static TDriveQuad Follow(__m128 drive) {
+		constexpr double kBitsOfFullScale = 14.999955971769559; // log2(32767)
+		const TQuad d(drive);
+		const TQuad bend = d * 0.9;
+		return {1.0 - bend, bend * kBitsOfFullScale, 1.5 - VectorMath::Power(d * 0.5, 0.95)};
+	}
+
+	__m128d operator()(__m128d in, const TSettings& settings) {
 		const __m128d n = RoundedMagnitude(in);
 		const __m128d isZero = _mm_cmpeq_pd(n, _mm_setzero_pd());
 		// (n / full scale)^exponent * full scale, in one power of two
-		const __m128d log = _mm_add_pd(_mm_mul_pd(VectorMath::Log2(n), _mm_set1_pd(mExponent)), _mm_set1_pd(mOffset));
+		const __m128d log =
+		    _mm_add_pd(_mm_mul_pd(VectorMath::Log2(n), _mm_set1_pd(settings.mFirst)), _mm_set1_pd(settings.mSecond));
 		const __m128d v = AsFloat(_mm_andnot_pd(isZero, VectorMath::Exp2(log)));
 		const __m128d y = AsFloat(_mm_add_pd(_mm_sub_pd(v, mState.mIn), _mm_mul_pd(mState.mOut, _mm_set1_pd(0.99))));
 		mState.mOut = y;
@@ -181,9 +187,6 @@ private:
 
 	TVortelDistortionDspDevice& mDevice;
 	TShiftState mState;
-	double mExponent = 1.0;
-	double mOffset = 0.0;
-	double mCompensation = 1.0;
 };
 
 TVortelDistortionDspDevice::TVortelDistortionDspDevice(TVortelDistortionDevice* device, THost* host, int32_t index)
@@ -238,40 +241,72 @@ void TVortelDistortionDspDevice::ProcessEffect(float* left, float* right, int co
 
 template <class TCurve>
 void TVortelDistortionDspDevice::ProcessWith(float* left, float* right, int count) {
+	TCurve curve(*this);
+	TVABiquadFilter filter = mToneFilter;
+	const auto process = [&](float& l, float& r, const TSettings& settings) {
+		const __m128d in = _mm_set_pd(r, l);
+		const __m128d wet = _mm_mul_pd(filter.Process(curve(in, settings)), _mm_set1_pd(settings.mWetGain));
+		const __m128 out = _mm_cvtpd_ps(_mm_add_pd(wet, _mm_mul_pd(_mm_set1_pd(settings.mDryGain), in)));
+		_mm_store_ss(&l, out);
+		_mm_store_ss(&r, _mm_shuffle_ps(out, out, 1));
+	};
+	// What moves is decided for the whole slice.
 	const bool driveMoves = mDriveRamp.IsRamping();
 	const bool outputMoves = mWetRamp.IsRamping() || mDryRamp.IsRamping();
-	if (driveMoves)
-		outputMoves ? ProcessSamples<TCurve, true, true>(left, right, count)
-		            : ProcessSamples<TCurve, true, false>(left, right, count);
-	else
-		outputMoves ? ProcessSamples<TCurve, false, true>(left, right, count)
-		            : ProcessSamples<TCurve, false, false>(left, right, count);
-}
-
-template <class TCurve, bool kDriveMoves, bool kOutputMoves>
-void TVortelDistortionDspDevice::ProcessSamples(float* left, float* right, int count) {
-	TCurve curve(*this);
-	curve.SetDrive(std::max(kLeastDrive, mDriveRamp.Target()));
-	TVABiquadFilter filter = mToneFilter;
-	double wet = mWetRamp.Target();
-	double dry = mDryRamp.Target();
-	for (int i = 0; i < count; ++i) {
-		if constexpr (kDriveMoves) {
-			mDriveRamp.Step();
-			curve.SetDrive(std::max(kLeastDrive, mDriveRamp.Current()));
+	if (driveMoves || outputMoves) {
+		TSettingsOfPiece settings;
+		for (int done = 0; done < count; done += kPiece) {
+			const int length = std::min(kPiece, count - done);
+			FollowRamps<TCurve>(settings, length, driveMoves, outputMoves);
+			for (int i = 0; i < length; ++i)
+				process(left[done + i], right[done + i], settings[static_cast<std::size_t>(i)]);
 		}
-		if constexpr (kOutputMoves) {
-			mWetRamp.Step();
-			mDryRamp.Step();
-			wet = mWetRamp.Current();
-			dry = mDryRamp.Current();
-		}
-		const __m128d in = _mm_set_pd(right[i], left[i]);
-		const __m128d distorted = filter.Process(curve(in));
-		const __m128d gain = _mm_set1_pd(TCurve::kScale * wet * curve.Compensation());
-		const __m128 out = _mm_cvtpd_ps(_mm_add_pd(_mm_mul_pd(distorted, gain), _mm_mul_pd(_mm_set1_pd(dry), in)));
-		_mm_store_ss(left + i, out);
-		_mm_store_ss(right + i, _mm_shuffle_ps(out, out, 1));
+	} else {
+		TSettingsOfPiece settings;
+		Settle<TCurve>(settings);
+		const TSettings settled = settings[0];
+		for (int i = 0; i < count; ++i)
+			process(left[i], right[i], settled);
 	}
 	mToneFilter = filter;
+}
+
+/// The settings of four samples from their ramps.
+template <class TCurve>
+inline void TVortelDistortionDspDevice::Derive(TSettings* settings, __m128 drive, __m128 wet, __m128 dry) {
+	const TDriveQuad quad = TCurve::Follow(_mm_max_ps(drive, _mm_set1_ps(kLeastDrive)));
+	const TQuad wetGain = TQuad(wet) * TCurve::kScale * quad.mCompensation;
+	const TQuad dryGain(dry);
+	const auto store = [](TSettings* two, __m128d first, __m128d second, __m128d wets, __m128d drys) {
+		_mm_storeu_pd(&two[0].mFirst, _mm_unpacklo_pd(first, second));
+		_mm_storeu_pd(&two[0].mWetGain, _mm_unpacklo_pd(wets, drys));
+		_mm_storeu_pd(&two[1].mFirst, _mm_unpackhi_pd(first, second));
+		_mm_storeu_pd(&two[1].mWetGain, _mm_unpackhi_pd(wets, drys));
+	};
+	store(settings, quad.mFirst.mLow, quad.mSecond.mLow, wetGain.mLow, dryGain.mLow);
+	store(settings + 2, quad.mFirst.mHigh, quad.mSecond.mHigh, wetGain.mHigh, dryGain.mHigh);
+}
+
+template <class TCurve>
+void TVortelDistortionDspDevice::Settle(TSettingsOfPiece& settings) const {
+	Derive<TCurve>(
+	    settings.data(), _mm_set1_ps(mDriveRamp.Target()), _mm_set1_ps(mWetRamp.Target()),
+	    _mm_set1_ps(mDryRamp.Target()));
+}
+
+template <class TCurve>
+void TVortelDistortionDspDevice::FollowRamps(TSettingsOfPiece& settings, int count, bool driveMoves, bool outputMoves) {
+	std::array<float, kPiece> drive, wet, dry;
+	{
+		TRampGroup ramps(mDriveRamp, mWetRamp, mDryRamp);
+		ramps.Fill(count, drive.data(), wet.data(), dry.data());
+	}
+	if (!driveMoves)
+		drive.fill(mDriveRamp.Target());
+	if (!outputMoves) {
+		wet.fill(mWetRamp.Target());
+		dry.fill(mDryRamp.Target());
+	}
+	for (std::size_t i = 0; i < static_cast<std::size_t>(count); i += 4)
+		Derive<TCurve>(&settings[i], _mm_loadu_ps(&drive[i]), _mm_loadu_ps(&wet[i]), _mm_loadu_ps(&dry[i]));
 }

@@ -39,10 +39,20 @@ private:
 	class TFoldCurve;
 	class TShiftCurve;
 
+	static constexpr int kPiece = 64; // ramps are followed for so many samples in advance
+
+	struct TDriveQuad;
+	struct TSettings;
+	using TSettingsOfPiece = std::array<TSettings, kPiece>;
+
 	template <class TCurve>
 	void ProcessWith(float* left, float* right, int count);
-	template <class TCurve, bool kDriveMoves, bool kOutputMoves>
-	void ProcessSamples(float* left, float* right, int count);
+	template <class TCurve>
+	void FollowRamps(TSettingsOfPiece& settings, int count, bool driveMoves, bool outputMoves);
+	template <class TCurve>
+	void Settle(TSettingsOfPiece& settings) const;
+	template <class TCurve>
+	static void Derive(TSettings* settings, __m128 drive, __m128 wet, __m128 dry);
 	void UpdateTone();
 
 	TVortelConvertedParameter mTypeParameter;

@@ -80,4 +80,54 @@ inline __m128d Exp2(__m128d x) {
 	return _mm_castsi128_pd(_mm_add_epi64(_mm_castpd_si128(p), _mm_slli_epi64(_mm_castpd_si128(shifted), 52)));
 }
 
+/// Four doubles, for formulas over four samples in a row.
+struct TQuad {
+	__m128d mLow;
+	__m128d mHigh;
+
+	TQuad(__m128d low, __m128d high) : mLow(low), mHigh(high) {}
+
+	/// The same in all lanes.
+	TQuad(double value) : mLow(_mm_set1_pd(value)), mHigh(mLow) {}
+
+	explicit TQuad(__m128 values) : mLow(_mm_cvtps_pd(values)), mHigh(_mm_cvtps_pd(_mm_movehl_ps(values, values))) {}
+
+	friend TQuad operator+(TQuad a, TQuad b) { return {_mm_add_pd(a.mLow, b.mLow), _mm_add_pd(a.mHigh, b.mHigh)}; }
+
+	friend TQuad operator-(TQuad a, TQuad b) { return {_mm_sub_pd(a.mLow, b.mLow), _mm_sub_pd(a.mHigh, b.mHigh)}; }
+
+	friend TQuad operator*(TQuad a, TQuad b) { return {_mm_mul_pd(a.mLow, b.mLow), _mm_mul_pd(a.mHigh, b.mHigh)}; }
+
+	friend TQuad operator/(TQuad a, TQuad b) { return {_mm_div_pd(a.mLow, b.mLow), _mm_div_pd(a.mHigh, b.mHigh)}; }
+};
+
+inline TQuad SquareRoot(TQuad x) {
+	return {_mm_sqrt_pd(x.mLow), _mm_sqrt_pd(x.mHigh)};
+}
+
+/// x^y of positive, normal x; relative error below 1e-8 while the result is within 2^-15 to 2^15.
+inline TQuad Power(TQuad x, double y) {
+	const __m128d exponent = _mm_set1_pd(y);
+	return {Exp2(_mm_mul_pd(Log2(x.mLow), exponent)), Exp2(_mm_mul_pd(Log2(x.mHigh), exponent))};
+}
+
+/// x^(1/5), relative error below 1e-12, for x from 1e-30 to 1e30. A first guess from the bits, then Newton's method for
+/// the inverse, which needs no division: the error falls from 3 % to 0.3 %, 3e-5, what a float holds, and 1e-13.
+inline TQuad FifthRoot(__m128 x) {
+	const __m128 scaledBits = _mm_mul_ps(_mm_cvtepi32_ps(_mm_castps_si128(x)), _mm_set1_ps(0.2f));
+	__m128 guess = _mm_castsi128_ps(_mm_cvttps_epi32(_mm_sub_ps(_mm_set1_ps(1277930609.0f), scaledBits)));
+	const __m128 fifth = _mm_mul_ps(x, _mm_set1_ps(0.2f));
+	for (int i = 0; i < 3; ++i) {
+		const __m128 square = _mm_mul_ps(guess, guess);
+		const __m128 power = _mm_mul_ps(_mm_mul_ps(square, square), guess);
+		guess = _mm_mul_ps(guess, _mm_sub_ps(_mm_set1_ps(1.2f), _mm_mul_ps(fifth, power)));
+	}
+	const TQuad wide(x);
+	const TQuad rough(guess);
+	const TQuad square = rough * rough;
+	const TQuad inverse = rough * (1.2 - wide * 0.2 * (square * square * rough));
+	const TQuad better = inverse * inverse;
+	return wide * (better * better);
+}
+
 } // namespace VectorMath

@@ -23,10 +23,11 @@ private:
 struct TEffectOptions {
 	int32_t mDevice = 0;
 	bool mFilter = false;
-	bool mRamping = false; // all ramps of the frame have somewhere to go in every block
+	bool mRamping = false; // all ramps, the frame's and the effect's, have somewhere to go in every block
 	bool mTail = false;
 	int mSlice = 0; // longest call, 0 for the whole block
 	std::vector<std::pair<int32_t, float>> mParameters{};
+	std::vector<int32_t> mRamped{}; // parameters of the effect itself that glide
 };
 
 class TEffectCase final : public TSoundCase {
@@ -68,6 +69,8 @@ private:
 			if (offset != TVortelParameterTable::kFilterType)
 				Scene().SetParameterValue(mFirstId + offset, mUp ? 0.7f : 0.3f);
 		}
+		for (const int32_t id : mOptions.mRamped)
+			Scene().SetParameterValue(id, mUp ? 0.7f : 0.3f);
 	}
 
 	TEffectOptions mOptions;
@@ -100,8 +103,10 @@ const TBenchmarkCase::TRegistration kMaster("Master", [] {
 	return std::make_unique<TEffectCase>(TEffectOptions{.mDevice = 0});
 });
 
+const std::vector<int32_t> kDistortionRamps = {138, 140, 141};
+
 const TEffectRegistration kEffects[] = {
-    {"Modulator", {.mDevice = 1}},
+    {"Modulator", {.mDevice = 1, .mRamped = {17, 18, 19, 20, 23}}},
     {"Tape Stop", {.mDevice = 2, .mParameters = {{40, 0.0f}}}},
     {"Retrigger", {.mDevice = 3}},
     {"Retrigger/decay", {.mDevice = 3, .mParameters = {{61, 0.001f}}}},
@@ -110,12 +115,12 @@ const TEffectRegistration kEffects[] = {
     {"Lofi/13 bit", {.mDevice = 6, .mParameters = {{118, 1.0f}}}},
     {"Lofi/signed", {.mDevice = 6}},
     {"Lofi/unsigned", {.mDevice = 6, .mParameters = {{119, 1.0f}}}},
-    {"Distortion/razor", {.mDevice = 7}},
-    {"Distortion/shape", {.mDevice = 7, .mParameters = {{137, 1.0f / 3.0f}}}},
-    {"Distortion/fold", {.mDevice = 7, .mParameters = {{137, 2.0f / 3.0f}}}},
-    {"Distortion/shift", {.mDevice = 7, .mParameters = {{137, 1.0f}}}},
+    {"Distortion/razor", {.mDevice = 7, .mRamped = kDistortionRamps}},
+    {"Distortion/shape", {.mDevice = 7, .mParameters = {{137, 1.0f / 3.0f}}, .mRamped = kDistortionRamps}},
+    {"Distortion/fold", {.mDevice = 7, .mParameters = {{137, 2.0f / 3.0f}}, .mRamped = kDistortionRamps}},
+    {"Distortion/shift", {.mDevice = 7, .mParameters = {{137, 1.0f}}, .mRamped = kDistortionRamps}},
     {"Gater", {.mDevice = 8}},
-    {"Delay", {.mDevice = 9}},
+    {"Delay", {.mDevice = 9, .mRamped = {181, 183}}},
     {"Shuffler", {.mDevice = 10}},
 };
 

@@ -140,6 +140,73 @@ INSTANTIATE_TEST_SUITE_P(
         TCase{"ShufflerLive", 10, 44100, {{198, 0.9f}, {199, 0.9f}, {200, 0.0f}}}),
     [](const auto& given) { return given.param.mName; });
 
+/// The parameters of an effect that glide, by id, with the share of the way that a sample covers at 44100 Hz.
+struct TGlideCase {
+	int mDevice;
+	std::map<int, float> mShares;
+	std::map<int, float> mValues;
+};
+
+/// The twin reads each sample's values from a scene of its own, where they have been put down step by step.
+TEST_F(FastAgainstSlowTest, GlidingParametersOfTheEffects) {
+	constexpr int kRate = 48000;
+	const std::map<int, float> distortion{{138, 1.0f / 32.0f}, {140, 1.0f / 256.0f}, {141, 1.0f / 256.0f}};
+	const std::vector<TGlideCase> cases{
+	    {1, {{18, 1.0f / 64.0f}, {19, 1.0f / 64.0f}, {20, 1.0f / 64.0f}, {23, 1.0f / 64.0f}}, {}},
+	    {7, distortion, {{137, 0.0f}}},
+	    {7, distortion, {{137, 0.34f}}},
+	    {7, {{138, 1.0f / 32.0f}}, {{137, 0.34f}, {140, 0.75f}, {141, 0.5f}}},
+	    {7, {{140, 1.0f / 256.0f}}, {{137, 0.67f}, {138, 0.4f}, {141, 0.0f}}},
+	    {7, distortion, {{137, 0.67f}}},
+	    {7, distortion, {{137, 1.0f}}},
+	    {9, {{181, 1.0f / 64.0f}, {183, 1.0f / 64.0f}}, {{177, 0.9f}, {179, 0.3f}}}};
+	for (const TGlideCase& glideCase : cases) {
+		SCOPED_TRACE(testing::Message() << "case " << &glideCase - cases.data());
+		TTestHost host(kRate, 130.0f);
+		TVortelScene& slowScene = *mpDocument->ActiveProgram()->Scene(1);
+		for (const auto& [id, value] : glideCase.mValues) {
+			SetValue(id, value);
+			slowScene.SetParameterValue(id, value);
+		}
+		std::map<int, TRampable<float>> glides;
+		for (const auto& [id, share] : glideCase.mShares) {
+			SetValue(id, 0.3f);
+			glides[id] = TRampable<float>(0.3f, share);
+			glides[id].SetScale(44100.0f / static_cast<float>(kRate));
+		}
+		const auto device = Attach(CreateVortelDspDevice(*mpDocument, &host, glideCase.mDevice));
+		const auto slow = TSlowEffect::Make(glideCase.mDevice, {&slowScene, kRate, 130.0});
+		LetRampsArrive(*device, kRate);
+		const TStereo input = Sound(kRate / 2, kRate);
+		TStereo fast = input;
+		device->Start();
+		slow->Start();
+		constexpr std::array<std::size_t, 6> kSlices{1, 300, 7, 64, 2, 450};
+		constexpr std::size_t kFade = 48;
+		for (std::size_t at = 0, slice = 0; at < input.Size(); ++slice) {
+			for (auto& [id, glide] : glides) {
+				const bool turns = (slice + static_cast<std::size_t>(id)) % 11 == 0;
+				if (turns)
+					SetValue(id, glide.Target() > 0.5f ? 0.15f : 0.9f);
+				glide.SetTarget(Scene().ParameterValue(id));
+			}
+			const std::size_t count = std::min(kSlices[slice % kSlices.size()], input.Size() - at);
+			ProcessSlice(*device, fast, at, count);
+			for (const std::size_t end = at + count; at < end; ++at) {
+				for (auto& [id, glide] : glides) {
+					glide.Step();
+					slowScene.SetParameterValue(id, glide.Current());
+				}
+				const auto [left, right] = slow->Process(input.mLeft[at], input.mRight[at]);
+				if (at >= kFade) {
+					ASSERT_NEAR(fast.mLeft[at], left, kTolerance) << at;
+					ASSERT_NEAR(fast.mRight[at], right, kTolerance) << at;
+				}
+			}
+		}
+	}
+}
+
 /// The Shuffler's ring goes round after seven and a half seconds, with read heads in front of the write head.
 TEST_F(FastAgainstSlowTest, ShufflerBeyondTheEndOfItsRing) {
 	for (const auto& [id, value] :

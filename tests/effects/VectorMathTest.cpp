@@ -37,4 +37,12 @@ TEST(VectorMathTest, LogarithmAndPowerOverTheWholeRangeOfSamples) {
 	EXPECT_EQ(Lanes(VectorMath::Log2(_mm_set1_pd(1.0)))[0], 0.0);
 }
 
+TEST(VectorMathTest, FifthRootFarBeyondAFloat) {
+	for (float x = 1e-30f; x < 1e30f; x *= 1.0173f) {
+		const auto root = VectorMath::FifthRoot(_mm_set_ps(x * 1.7f, x * 1.5f, x * 1.3f, x));
+		ASSERT_NEAR(Lanes(root.mLow)[0] / std::pow(static_cast<double>(x), 0.2), 1.0, 1e-12) << x;
+		ASSERT_NEAR(Lanes(root.mHigh)[1] / std::pow(static_cast<double>(x * 1.7f), 0.2), 1.0, 1e-12) << x;
+	}
+}
+
 } // namespace
