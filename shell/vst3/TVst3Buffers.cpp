@@ -4,6 +4,7 @@
 #include "shell/ScaleSamples.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstring>
 #include <functional>
@@ -63,13 +64,35 @@ void ClearBus(AudioBusBuffers& bus, int32_t samples) {
 	}
 }
 
-void CopyBus(const AudioBusBuffers& input, AudioBusBuffers& output, int32_t samples) {
-	for (int32_t channel = 0; channel < output.numChannels; ++channel) {
-		const float* from = Channel(input, channel);
-		float* to = Channel(output, channel);
-		if (from && to && from != to)
-			std::memmove(to, from, static_cast<std::size_t>(samples) * sizeof(float));
+using TSides = std::array<float*, 2>;
+
+/// Left goes to its output first. Where that lies on the right input, right moves there ahead of it. Gives where the
+/// inputs are then.
+TSides ClearTheWay(const TSides& inputs, const TSides& outputs, int32_t samples) {
+	if (outputs[0] != inputs[1] || inputs[0] == inputs[1] || !inputs[0] || !inputs[1] || !outputs[1])
+		return inputs;
+	if (outputs[1] == inputs[0]) {
+		std::swap_ranges(inputs[0], inputs[0] + samples, inputs[1]);
+		return outputs;
 	}
+	std::copy_n(inputs[1], samples, outputs[1]);
+	return {inputs[0], outputs[1]};
+}
+
+void CopyChannel(const float* from, float* to, int32_t samples) {
+	if (from && to && from != to)
+		std::memmove(to, from, static_cast<std::size_t>(samples) * sizeof(float));
+}
+
+void CopyBus(const AudioBusBuffers& input, AudioBusBuffers& output, int32_t samples) {
+	int32_t channel = 0;
+	if (output.numChannels >= 2) {
+		const TSides to{Channel(output, 0), Channel(output, 1)};
+		for (const float* from : ClearTheWay({Channel(input, 0), Channel(input, 1)}, to, samples))
+			CopyChannel(from, to[static_cast<std::size_t>(channel++)], samples);
+	}
+	for (; channel < output.numChannels; ++channel)
+		CopyChannel(Channel(input, channel), Channel(output, channel), samples);
 }
 
 } // namespace
@@ -108,6 +131,13 @@ bool TVst3Buffers::HasOutputsApart() const {
 }
 
 void TVst3Buffers::ScaleInputs() {
+	if (mLeftInputs.size() == 1 && mLeftOutputs.size() == 1) {
+		const TSides inputs{mLeftInputs[0], mRightInputs[0]};
+		const TSides outputs{mLeftOutputs[0], mRightOutputs[0]};
+		const TSides clear = ClearTheWay(inputs, outputs, mpData->numSamples);
+		mLeftInputs[0] = clear[0];
+		mRightInputs[0] = clear[1];
+	}
 	const auto busses = BussesOf(mpData->inputs, mpData->numInputs);
 	if (HasOutputsApart() && !busses.empty() && !IsSilent(busses[0], mLeftInputs[0] == mRightInputs[0])) {
 		ScaleSamples(mLeftInputs[0], mLeftOutputs[0], mpData->numSamples, kEngineScale);

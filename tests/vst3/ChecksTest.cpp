@@ -6,6 +6,7 @@
 
 #include <pluginterfaces/vst/ivstmidilearn.h>
 #include <pluginterfaces/vst/ivstnoteexpression.h>
+#include <pluginterfaces/vst/ivstparameterfunctionname.h>
 #include <pluginterfaces/vst/ivstprocesscontext.h>
 #include <pluginterfaces/vst/ivstunits.h>
 
@@ -20,6 +21,7 @@ using namespace Steinberg::Vst;
 namespace {
 
 constexpr int32 kBlock = 512;
+constexpr ParamID kBypass = 0x7ffffffe;
 
 /// One stereo block: input full of a value, output full of rubbish.
 class TStereoBlock {
@@ -64,15 +66,11 @@ void RunSome(const TTestPlugin& plugin, int blocks = 3) {
 		EXPECT_EQ(TStereoBlock().Run(plugin), kResultOk);
 }
 
-double Draw(TParkMillerPRNG& random) {
-	return random.NextDouble();
-}
-
 void SetAllAtRandom(const TTestPlugin& plugin, unsigned int seed) {
 	TParkMillerPRNG random;
 	random.SetSeed(seed);
 	for (ParamID id = 0; id < 210; ++id)
-		plugin.mpController->setParamNormalized(id, Draw(random));
+		plugin.mpController->setParamNormalized(id, random.NextDouble());
 }
 
 // The first suite, general tests
@@ -167,22 +165,39 @@ void TerminateInitialize(TTestPlugin& plugin) {
 	RunSome(plugin);
 }
 
-void ValidStateTransition(TTestPlugin& plugin) {
+void StateTransitions(TTestPlugin& plugin) {
+	// A block before anything else, processing switched without activation, and what comes again.
+	RunSome(plugin);
+	for (const TBool state : {TBool{0}, TBool{1}, TBool{1}, TBool{0}, TBool{0}}) {
+		plugin.mpProcessor->setProcessing(state);
+		EXPECT_EQ(plugin.mpComponent->setActive(state), kResultOk);
+		RunSome(plugin);
+	}
+	// Set up while it is active, and suspended without a word on processing.
 	for (int round = 0; round < 3; ++round) {
 		plugin.Activate();
 		RunSome(plugin);
-		plugin.Deactivate();
+		EXPECT_EQ(plugin.mpComponent->setActive(0), kResultOk);
+		EXPECT_EQ(plugin.mpComponent->setActive(1), kResultOk);
+		RunSome(plugin);
 	}
-	ProcessSetup setup{kRealtime, kSample64, kBlock, 44100.0};
-	EXPECT_EQ(plugin.mpProcessor->canProcessSampleSize(kSample64), kResultFalse);
-	EXPECT_EQ(plugin.mpProcessor->setupProcessing(setup), kInvalidArgument);
-	// Identical transitions again, and processing switched without activation.
-	EXPECT_EQ(plugin.mpComponent->setActive(0), kResultOk);
-	plugin.mpProcessor->setProcessing(1);
-	plugin.mpProcessor->setProcessing(1);
-	EXPECT_EQ(plugin.mpComponent->setActive(1), kResultOk);
-	EXPECT_EQ(plugin.mpComponent->setActive(1), kResultOk);
-	RunSome(plugin);
+}
+
+void RefusedSampleSizes(TTestPlugin& plugin) {
+	plugin.Activate();
+	for (const int32 size : {int32{kSample64}, kSample64 + 1, -1}) {
+		ProcessSetup setup{kRealtime, size, kBlock, 44100.0};
+		EXPECT_EQ(plugin.mpProcessor->canProcessSampleSize(size), kResultFalse);
+		EXPECT_EQ(plugin.mpProcessor->setupProcessing(setup), kInvalidArgument);
+		TFakeChanges changes({{60, {{0, 0.25}}}});
+		TStereoBlock block;
+		block.mData.symbolicSampleSize = size;
+		block.mData.inputParameterChanges = &changes;
+		EXPECT_EQ(block.Run(plugin), kInvalidArgument);
+		EXPECT_EQ(block.mSamples[0], TStereoBlock::Fill(0.5f));
+		EXPECT_EQ(block.mSamples[2], TStereoBlock::Fill(7.0f));
+		RunSome(plugin);
+	}
 }
 
 void BusActivationAndArrangement(TTestPlugin& plugin) {
@@ -214,19 +229,11 @@ void BusActivationAndArrangement(TTestPlugin& plugin) {
 	RunSome(plugin);
 }
 
-void SuspendResume(TTestPlugin& plugin) {
-	plugin.Activate();
-	for (int round = 0; round < 3; ++round) {
-		RunSome(plugin);
-		EXPECT_EQ(plugin.mpComponent->setActive(0), kResultOk);
-		EXPECT_EQ(plugin.mpComponent->setActive(1), kResultOk);
-	}
-}
-
 void OptionalInterfaces(TTestPlugin& plugin) {
-	EXPECT_FALSE(plugin.As<INoteExpressionController>(INoteExpressionController_iid));
-	EXPECT_FALSE(plugin.As<IKeyswitchController>(IKeyswitchController_iid));
-	EXPECT_FALSE(plugin.As<FUnknown>(IMidiLearn::iid));
+	for (const FUID& id :
+	     {INoteExpressionController::iid, IKeyswitchController::iid, IMidiLearn::iid, IProcessContextRequirements::iid,
+	      IParameterFunctionName::iid})
+		EXPECT_FALSE(plugin.As<FUnknown>(id));
 	// Every interface leads back to the same object.
 	const auto unknown = plugin.As<FUnknown>(FUnknown_iid);
 	for (const auto* id : {&IComponent_iid, &IAudioProcessor_iid, &IEditController_iid, &IConnectionPoint_iid})
@@ -310,7 +317,6 @@ void VariableBlockSize(TTestPlugin& plugin) {
 }
 
 void BypassPersistence(TTestPlugin& plugin) {
-	constexpr ParamID kBypass = 0x7ffffffe;
 	ASSERT_EQ(plugin.Load(MakeTestState(8)), kResultOk);
 	plugin.Activate();
 	EXPECT_EQ(plugin.mpController->setParamNormalized(kBypass, 1.0), kResultOk);
@@ -320,6 +326,23 @@ void BypassPersistence(TTestPlugin& plugin) {
 	TStereoBlock block;
 	EXPECT_EQ(block.Run(plugin), kResultOk);
 	EXPECT_TRUE(block.IsPassedThrough());
+}
+
+void ProcessInputOverwriting(TTestPlugin& plugin) {
+	plugin.Activate();
+	for (const double bypass : {0.0, 1.0})
+		for (const auto& [left, right] : {std::pair{2, 3}, {0, 1}, {1, 0}, {1, 3}, {2, 0}}) {
+			plugin.mpController->setParamNormalized(kBypass, bypass);
+			TStereoBlock block;
+			block.mSamples[1].assign(kBlock, -0.25f);
+			float* outputs[2] = {block.mChannels[left], block.mChannels[right]};
+			block.mOut.channelBuffers32 = outputs;
+			EXPECT_EQ(block.Run(plugin), kResultOk);
+			const auto& samples = block.mSamples;
+			EXPECT_TRUE(samples[left] == TStereoBlock::Fill(0.5f) && samples[right] == TStereoBlock::Fill(-0.25f));
+			EXPECT_TRUE(right == 0 || samples[0] == TStereoBlock::Fill(0.5f));
+			EXPECT_TRUE(left == 1 || samples[1] == TStereoBlock::Fill(-0.25f));
+		}
 }
 
 // The second suite
@@ -361,12 +384,16 @@ void NonReleasingAudioProcessing(TTestPlugin& plugin) {
 		}
 }
 
-void FuzzParameters(TTestPlugin& plugin) {
+void AutomationAndFuzz(TTestPlugin& plugin) {
 	plugin.Activate();
-	for (unsigned int seed = 0; seed < 50; ++seed) {
-		SetAllAtRandom(plugin, seed);
-		RunSome(plugin, 2);
-	}
+	for (const int32 samples : {32, kBlock})
+		for (unsigned int seed = 0; seed < 50; ++seed) {
+			SetAllAtRandom(plugin, seed);
+			TStereoBlock block;
+			block.mData.numSamples = samples;
+			EXPECT_EQ(block.Run(plugin), kResultOk);
+			EXPECT_LT(block.Peak(), 100.0f);
+		}
 }
 
 /// Text and value of each parameter lead to each other, and plain values are the normalised ones.
@@ -440,16 +467,17 @@ constexpr TCheck kFirstSuite[] = {
     {"MidiMapping", MidiMapping},
     {"ScanUnitsScanProgramsCheckUnitStructure", ScanUnitsAndPrograms},
     {"TerminateInitialize", TerminateInitialize},
-    {"ValidStateTransitionRepeatIdenticalStateTransition", ValidStateTransition},
+    {"ValidInvalidAndIdenticalStateTransitionSuspendResume", StateTransitions},
+    {"SixtyFourBitTests", RefusedSampleSizes},
     {"BusConsistencyBusActivationArrangementInvalidIndex", BusActivationAndArrangement},
-    {"SuspendResume", SuspendResume},
-    {"NoteExpressionKeyswitchMidiLearn", OptionalInterfaces},
+    {"NoteExpressionKeyswitchMidiLearnContextRequirementsFunctionName", OptionalInterfaces},
     {"ProcessFunctionRunningInAnotherThread", ProcessInAnotherThread},
     {"SilenceFlags", SilenceFlags},
     {"SilenceProcessing", SilenceProcessing},
     {"ParametersFlush", ParametersFlush},
     {"VariableBlockSize", VariableBlockSize},
     {"ParameterBypassPersistence", BypassPersistence},
+    {"ProcessInputOverwriting", ProcessInputOverwriting},
 };
 
 constexpr TCheck kSecondSuite[] = {
@@ -458,7 +486,7 @@ constexpr TCheck kSecondSuite[] = {
     {"AudioProcessing", AudioProcessing},
     {"BasicBus", BusActivationAndArrangement},
     {"NonReleasingAudioProcessing", NonReleasingAudioProcessing},
-    {"FuzzParameters", FuzzParameters},
+    {"AutomationFuzzParameters", AutomationAndFuzz},
     {"Parameters", Parameters},
     {"BackgroundThreadState", BackgroundThreadState},
     {"ParameterThreadSafety", ParameterThreadSafety},

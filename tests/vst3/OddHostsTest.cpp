@@ -7,6 +7,7 @@
 #include <pluginterfaces/vst/ivstunits.h>
 
 #include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
 #include <limits>
 #include <malloc.h>
@@ -16,6 +17,10 @@ using namespace Steinberg;
 using namespace Steinberg::Vst;
 
 namespace {
+
+constexpr int32 kMost = std::numeric_limits<int32>::max();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 /// Calls anything with anything. What is right is decided by the sanitizers and by what comes after.
 class TErraticHost {
@@ -50,109 +55,55 @@ public:
 		String128 text{};
 		char16 given[] = u"2.5 \u00e9 \U0001F600";
 		ParamValue value = 0.0;
-		switch (Pick(36)) {
-		case 0:
-			mpComponent->initialize(Odd() ? nullptr : static_cast<IHostApplication*>(&mHost));
-			return;
-		case 1:
-			if (Odd())
-				mpComponent->terminate();
-			return;
-		case 2:
-			mpComponent->setActive(static_cast<TBool>(Pick(3)));
-			return;
-		case 3:
-			mpProcessor->setupProcessing(setup);
-			return;
-		case 4:
-			mpProcessor->setProcessing(static_cast<TBool>(Pick(2)));
-			return;
-		case 5:
-			mpProcessor->setBusArrangements(Odd() ? nullptr : arrangements, OddNumber() % 3, arrangements, Pick(3));
-			return;
-		case 6:
-			mpComponent->getBusInfo(Pick(3), Pick(3), OddNumber(), bus);
-			return;
-		case 7:
-			mpComponent->activateBus(OddNumber(), Pick(3), OddNumber(), 1);
-			return;
-		case 8:
-			mpComponent->setState(anyStream);
-			return;
-		case 9:
-			mpComponent->getState(anyStream);
-			return;
-		case 10:
-			mpController->setState(anyStream);
-			return;
-		case 11:
-			mpController->setComponentState(anyStream);
-			return;
-		case 12:
-			mpController->setComponentHandler(Odd() ? nullptr : static_cast<IComponentHandler*>(&mHost));
-			return;
-		case 13:
-			mpController->getParameterInfo(OddNumber(), info);
-			return;
-		case 14:
-			mpController->getParamStringByValue(OddId(), OddValue(), Odd() ? nullptr : text);
-			return;
-		case 15:
-			mpController->getParamValueByString(OddId(), Odd() ? nullptr : given, value);
-			return;
-		case 16:
-			mpController->normalizedParamToPlain(OddId(), OddValue());
-			return;
-		case 17:
-			mpController->plainParamToNormalized(OddId(), OddValue());
-			return;
-		case 18:
-			mpController->getParamNormalized(OddId());
-			return;
-		case 19:
-			EXPECT_EQ(mpController->createView(Odd() ? nullptr : "editor"), nullptr);
-			return;
-		case 20:
-			mpUnits->getUnitInfo(OddNumber(), unit);
-			return;
-		case 21:
-			mpUnits->getProgramListInfo(OddNumber(), list);
-			return;
-		case 22:
-			mpUnits->getProgramName(static_cast<ProgramListID>(OddId()), OddNumber(), Odd() ? nullptr : text);
-			return;
-		case 23:
-			mpUnits->getUnitByBus(Pick(3), Pick(3), OddNumber(), OddNumber(), id);
-			return;
-		case 24:
-			mpUnits->setUnitProgramData(OddNumber(), OddNumber(), anyStream);
-			return;
-		case 25:
-			mpPoint->connect(Odd() ? nullptr : mpPoint.get());
-			return;
-		case 26:
-			mpPoint->disconnect(Odd() ? nullptr : mpPoint.get());
-			return;
-		case 27:
-			mpPoint->notify(nullptr);
-			return;
-		case 28:
-			mpProcessor->getBusArrangement(Pick(3), OddNumber(), arrangements[0]);
-			return;
-		case 29:
-			if (mHost.mpTimer)
-				mHost.mpTimer->onTimer();
-			return;
-		case 30:
-			mpProcessor->getTailSamples();
-			mpProcessor->getLatencySamples();
-			return;
-		case 31:
-			mpController->setParamNormalized(OddId(), OddValue());
-			return;
-		default:
+		const std::function<void()> calls[] = {
+		    [&] { mpComponent->initialize(Odd() ? nullptr : static_cast<IHostApplication*>(&mHost)); },
+		    [&] {
+			    if (Odd())
+				    mpComponent->terminate();
+		    },
+		    [&] { mpComponent->setActive(static_cast<TBool>(Pick(3))); },
+		    [&] { mpProcessor->setupProcessing(setup); },
+		    [&] { mpProcessor->setProcessing(static_cast<TBool>(Pick(2))); },
+		    [&] {
+			    mpProcessor->setBusArrangements(Odd() ? nullptr : arrangements, OddNumber() % 3, arrangements, Pick(3));
+		    },
+		    [&] { mpComponent->getBusInfo(Pick(3), Pick(3), OddNumber(), bus); },
+		    [&] { mpComponent->activateBus(OddNumber(), Pick(3), OddNumber(), 1); },
+		    [&] { mpComponent->setState(anyStream); },
+		    [&] { mpComponent->getState(anyStream); },
+		    [&] { mpController->setState(anyStream); },
+		    [&] { mpController->setComponentState(anyStream); },
+		    [&] { mpController->setComponentHandler(Odd() ? nullptr : static_cast<IComponentHandler*>(&mHost)); },
+		    [&] { mpController->getParameterInfo(OddNumber(), info); },
+		    [&] { mpController->getParamStringByValue(OddId(), OddValue(), Odd() ? nullptr : text); },
+		    [&] { mpController->getParamValueByString(OddId(), Odd() ? nullptr : given, value); },
+		    [&] { mpController->normalizedParamToPlain(OddId(), OddValue()); },
+		    [&] { mpController->plainParamToNormalized(OddId(), OddValue()); },
+		    [&] { mpController->getParamNormalized(OddId()); },
+		    [&] { EXPECT_EQ(mpController->createView(Odd() ? nullptr : "editor"), nullptr); },
+		    [&] { mpUnits->getUnitInfo(OddNumber(), unit); },
+		    [&] { mpUnits->getProgramListInfo(OddNumber(), list); },
+		    [&] { mpUnits->getProgramName(static_cast<ProgramListID>(OddId()), OddNumber(), Odd() ? nullptr : text); },
+		    [&] { mpUnits->getUnitByBus(Pick(3), Pick(3), OddNumber(), OddNumber(), id); },
+		    [&] { mpUnits->setUnitProgramData(OddNumber(), OddNumber(), anyStream); },
+		    [&] { mpPoint->connect(Odd() ? nullptr : mpPoint.get()); },
+		    [&] { mpPoint->disconnect(Odd() ? nullptr : mpPoint.get()); },
+		    [&] { mpPoint->notify(nullptr); },
+		    [&] { mpProcessor->getBusArrangement(Pick(3), OddNumber(), arrangements[0]); },
+		    [&] {
+			    if (mHost.mpTimer)
+				    mHost.mpTimer->onTimer();
+		    },
+		    [&] {
+			    mpProcessor->getTailSamples();
+			    mpProcessor->getLatencySamples();
+		    },
+		    [&] { mpController->setParamNormalized(OddId(), OddValue()); },
+		};
+		if (const auto call = static_cast<std::size_t>(Pick(36)); call < std::size(calls))
+			calls[call]();
+		else
 			Process();
-		}
 	}
 
 private:
@@ -161,19 +112,7 @@ private:
 	bool Odd() { return Pick(3) == 0; }
 
 	int32 OddNumber() {
-		constexpr int32 kNumbers[] = {0,
-		                              1,
-		                              2,
-		                              15,
-		                              16,
-		                              64,
-		                              209,
-		                              210,
-		                              512,
-		                              -1,
-		                              -64,
-		                              std::numeric_limits<int32>::max(),
-		                              std::numeric_limits<int32>::min()};
+		constexpr int32 kNumbers[] = {0, 1, 2, 15, 16, 64, 209, 210, 512, -1, -64, kMost, -kMost - 1};
 		return kNumbers[Pick(std::size(kNumbers))];
 	}
 
@@ -182,17 +121,7 @@ private:
 	}
 
 	double OddValue() {
-		constexpr double kValues[] = {
-		    0.0,
-		    0.5,
-		    1.0,
-		    -0.1,
-		    1.1,
-		    1e300,
-		    -1e300,
-		    1e-310,
-		    std::numeric_limits<double>::infinity(),
-		    std::numeric_limits<double>::quiet_NaN()};
+		constexpr double kValues[] = {0.0, 0.5, 1.0, -0.1, 1.1, 1e300, -1e300, 1e-310, kInfinity, kNaN};
 		return Odd() ? kValues[Pick(std::size(kValues))] : mRandom.NextDouble();
 	}
 
@@ -202,12 +131,8 @@ private:
 		Event event{};
 		event.type = static_cast<uint16>(Odd() ? OddNumber() : Pick(4));
 		event.sampleOffset = OddNumber();
-		event.noteOn = {static_cast<int16>(OddNumber()),
-		                static_cast<int16>(OddNumber()),
-		                0.0f,
-		                static_cast<float>(OddValue()),
-		                0,
-		                -1};
+		const auto pitch = static_cast<int16>(OddNumber());
+		event.noteOn = {static_cast<int16>(OddNumber()), pitch, 0.0f, static_cast<float>(OddValue()), 0, -1};
 		events.mEvents.assign(3, event);
 		ProcessContext context{};
 		context.state = Odd() ? ~0u : ProcessContext::kPlaying | ProcessContext::kTempoValid;

@@ -35,9 +35,12 @@ TSound Reference(unsigned int seed, const TTestSession& session, EBuffers buffer
 	return session.Play(*MakeReference(MakeTestState(seed), session.mSampleRate), buffers);
 }
 
-void AddRamp(TTestSession::TBlock& block, int32_t parameter, int32_t density) {
-	for (int32_t i = 0; i < block.mSamples; i += density)
-		block.mChanges.push_back({i, parameter, static_cast<float>(i) / static_cast<float>(block.mSamples)});
+/// Parameters from the first on rise over the block, with a point in each interval.
+void AddRamps(TTestSession::TBlock& block, int32_t first, int32_t parameters, int32_t interval) {
+	for (int32_t i = 0; i < block.mSamples; i += interval)
+		for (int32_t id = first; id < first + parameters; ++id)
+			if (id != TTestSession::kJitter)
+				block.mChanges.push_back({i, id, static_cast<float>(i) / static_cast<float>(block.mSamples)});
 }
 
 } // namespace
@@ -49,10 +52,14 @@ TEST(SoundTest, BundleAndProgramGiveTheSameSamplesAtEveryRateAndInEveryKindOfBuf
 	const auto reference = MakeReference(state);
 	ASSERT_EQ(plugin.Load(state), kResultOk);
 	// One instance, activated again and again.
-	for (const double rate : {44100.0, 22050.0, 192000.0, 384000.0, 1234.5678, 12345.678, 1234567.8}) {
-		TTestSession session = TTestSession::Busy(static_cast<unsigned int>(rate), 60);
+	for (const double rate :
+	     {22050.0, 32000.0, 44100.0, 48000.0, 88200.0, 96000.0, 192000.0, 384000.0, 1234.5678, 12345.678, 123456.78,
+	      1234567.8}) {
+		TTestSession session = TTestSession::Busy(static_cast<unsigned int>(rate), 30);
 		session.mSampleRate = static_cast<int32_t>(rate);
-		for (const EBuffers buffers : {EBuffers::kInPlace, EBuffers::kApart, EBuffers::kMono}) {
+		for (const EBuffers buffers :
+		     {EBuffers::kInPlace, EBuffers::kApart, EBuffers::kMono, EBuffers::kLeftOnRight, EBuffers::kRightOnLeft,
+		      EBuffers::kCrossed}) {
 			plugin.Activate(rate);
 			reference->Shell().Setup(session.mSampleRate, 512);
 			TSound sound;
@@ -94,19 +101,24 @@ TEST(SoundTest, ChangeInTheMiddleOfABlockIsAsGoodAsABlockThatBeginsThere) {
 	EXPECT_NE(FirstDifference(sound, play(early)), -1);
 }
 
-TEST(SoundTest, RampsWithAPointAtEachSample) {
+TEST(SoundTest, RampsOfOneAndOfAllParametersWithPointsUpToOneASample) {
 	const TVst3Module module;
-	for (const int32_t density : {1, 2, 50, 100}) {
-		TTestSession session;
-		session.mBlocks.assign(40, {333, {}, {}});
-		int32_t parameter = 0;
-		for (TTestSession::TBlock& block : session.mBlocks)
-			AddRamp(block, parameter++ * 5 % 100, density);
-		TTestPlugin plugin(module);
-		plugin.Load(MakeTestState(3));
-		plugin.Activate();
-		EXPECT_EQ(FirstDifference(session.Play(plugin), Reference(3, session)), -1) << density;
-	}
+	const TTestState state = MakeTestState(3);
+	for (const int32_t parameters : {1, 2, 10, 210})
+		for (const int32_t interval : {1, 2, 100}) {
+			TTestSession session;
+			session.mBlocks.assign(parameters == 210 ? 2 : 20, {333, {}, {}});
+			int32_t first = 0;
+			for (TTestSession::TBlock& block : session.mBlocks) {
+				AddRamps(block, first, parameters, interval);
+				first = (first + 5) % 100 % (211 - parameters);
+			}
+			TTestPlugin plugin(module);
+			plugin.Load(state);
+			plugin.Activate();
+			EXPECT_EQ(FirstDifference(session.Play(plugin), session.Play(*MakeReference(state))), -1)
+			    << parameters << " parameters, a point every " << interval;
+		}
 }
 
 TEST(SoundTest, TwentyInstancesPlayAtOnceEachAsIfItWereAlone) {

@@ -17,8 +17,6 @@ using namespace Steinberg::Vst;
 namespace {
 
 constexpr double kTempo = 140.0;
-// The Stretcher's jitter is drawn anew each time.
-constexpr int32_t kJitter = 103;
 
 /// The bundle looks for the user's files: here it finds a home of its own.
 class THome final : public testing::Environment {
@@ -60,10 +58,13 @@ Event ToVst3(const TMidiEvent& midi) {
 
 TFakeChanges ToVst3(std::span<const TProgramPluginShell::TParameterChange> changes) {
 	TFakeChanges result;
-	for (const auto& change : changes)
-		result.mQueues.emplace_back(
-		    static_cast<ParamID>(change.mParameter),
-		    std::vector<TFakeQueue::TPoint>{{change.mSampleOffset, change.mValue}});
+	for (const auto& change : changes) {
+		const auto id = static_cast<ParamID>(change.mParameter);
+		auto queue = std::ranges::find(result.mQueues, id, &TFakeQueue::mId);
+		if (queue == result.mQueues.end())
+			queue = result.mQueues.insert(queue, {id, {}});
+		queue->mPoints.emplace_back(change.mSampleOffset, change.mValue);
+	}
 	return result;
 }
 
@@ -189,11 +190,14 @@ TTestSession::TSound TTestSession::Play(TTestPlugin& plugin, EBuffers buffers, E
 		const std::vector<float> copies[2] = {{left, left + samples + 1}, {right, right + samples + 1}};
 		std::vector<float> inputs[2] = {copies[0], copies[1]};
 		float* apart[2] = {inputs[0].data(), inputs[1].data()};
-		float* channels[2] = {left, right};
+		float* inPlace[2] = {left, right};
+		float* channels[2] = {
+		    buffers == EBuffers::kLeftOnRight || buffers == EBuffers::kCrossed ? apart[1] : left,
+		    buffers == EBuffers::kRightOnLeft || buffers == EBuffers::kCrossed ? apart[0] : right};
 		AudioBusBuffers in;
 		AudioBusBuffers out;
 		in.numChannels = buffers == EBuffers::kMono ? 1 : 2;
-		in.channelBuffers32 = buffers == EBuffers::kInPlace ? channels : apart;
+		in.channelBuffers32 = buffers == EBuffers::kInPlace ? inPlace : apart;
 		out.numChannels = 2;
 		out.channelBuffers32 = channels;
 		TFakeChanges changes = ToVst3(block.mChanges);
@@ -210,7 +214,12 @@ TTestSession::TSound TTestSession::Play(TTestPlugin& plugin, EBuffers buffers, E
 		data.inputEvents = &events;
 		data.processContext = &context;
 		EXPECT_EQ(plugin.mpProcessor->process(data), kResultOk);
-		EXPECT_TRUE(inputs[0] == copies[0] && inputs[1] == copies[1]);
+		EXPECT_TRUE(inputs[0] == copies[0] || channels[1] == apart[0]);
+		EXPECT_TRUE(inputs[1] == copies[1] || channels[0] == apart[1]);
+		const std::vector<float> sound[2] = {
+		    {channels[0], channels[0] + samples}, {channels[1], channels[1] + samples}};
+		std::ranges::copy(sound[0], left);
+		std::ranges::copy(sound[1], right);
 	};
 	return PlayBlocks(buffers == EBuffers::kMono, process, [&] {
 		if (ticks == ETicks::kWith)
@@ -237,7 +246,7 @@ TTestState MakeTestState(unsigned int seed) {
 	TParkMillerPRNG random;
 	random.SetSeed(seed);
 	for (int32_t id = 0; id < 210; ++id)
-		if (id != kJitter)
+		if (id != TTestSession::kJitter)
 			instance->Shell().SetParameterFromHost(id, static_cast<float>(random.NextDouble()));
 	TStream chunk;
 	instance->Shell().AsGui([&] { instance->Document().SaveBankChunk(chunk); });

@@ -51,7 +51,8 @@ public:
 	Steinberg::IPtr<Steinberg::Vst::IEditController> mpController;
 };
 
-enum class EBuffers { kInPlace, kApart, kMono };
+/// Where the outputs lie: on the inputs of their side, nowhere near, on the other side's.
+enum class EBuffers { kInPlace, kApart, kMono, kLeftOnRight, kRightOnLeft, kCrossed };
 enum class ETicks { kWith, kWithout };
 
 /// What a host plays to an instance: noise, in blocks of any size, under a running transport, with automation and MIDI
@@ -65,6 +66,9 @@ public:
 	};
 
 	using TSound = std::vector<float>; // left, right, left ...
+
+	/// The Stretcher's jitter: drawn anew each time.
+	static constexpr int32_t kJitter = 103;
 
 	TTestSession() = default;
 	/// Blocks of 0 to 512 samples with changes, notes, program changes and "all sound off".
