@@ -103,20 +103,21 @@ TEST(SoundTest, ChangeInTheMiddleOfABlockIsAsGoodAsABlockThatBeginsThere) {
 
 TEST(SoundTest, RampsOfOneAndOfAllParametersWithPointsUpToOneASample) {
 	const TVst3Module module;
+	TTestPlugin plugin(module);
 	const TTestState state = MakeTestState(3);
+	const auto reference = MakeReference(state);
+	plugin.Load(state);
+	plugin.Activate();
 	for (const int32_t parameters : {1, 2, 10, 210})
 		for (const int32_t interval : {1, 2, 100}) {
 			TTestSession session;
-			session.mBlocks.assign(parameters == 210 ? 2 : 20, {333, {}, {}});
+			session.mBlocks.assign(parameters == 210 ? 2 : 20, {parameters == 210 ? 101 : 333, {}, {}});
 			int32_t first = 0;
 			for (TTestSession::TBlock& block : session.mBlocks) {
 				AddRamps(block, first, parameters, interval);
 				first = (first + 5) % 100 % (211 - parameters);
 			}
-			TTestPlugin plugin(module);
-			plugin.Load(state);
-			plugin.Activate();
-			EXPECT_EQ(FirstDifference(session.Play(plugin), session.Play(*MakeReference(state))), -1)
+			EXPECT_EQ(FirstDifference(session.Play(plugin), session.Play(*reference)), -1)
 			    << parameters << " parameters, a point every " << interval;
 		}
 }
