@@ -16,42 +16,25 @@
 
 namespace {
 
-template <class T>
-std::optional<T> Read(const char* text) {
+/// A failed read leaves the value.
+template <class T, class... TFormat>
+std::optional<T> Read(const char* text, TFormat... format) {
 	T value = T(77);
-	if (TString::FromString(text, value))
+	if (TString::FromString(text, value, format...))
 		return value;
 	EXPECT_EQ(value, T(77)) << text;
 	return std::nullopt;
 }
 
-template <class T>
-std::optional<T> Read(const char* text, const char* format) {
-	T value{};
-	return TString::FromString(text, value, format) ? std::optional(value) : std::nullopt;
-}
-
-class TSharedStrings {
-public:
-	TSharedStrings() { TString::SetupStrings(); }
-
-	~TSharedStrings() { TString::CleanupStrings(); }
-};
-
 } // namespace
 
 TEST(TStringValuesTest, FloatsHaveTheirCommonTexts) {
-	EXPECT_EQ(TString::ToString(0.0f), "0.0");
 	EXPECT_EQ(TString::ToString(-0.0f), "0.0");
 	EXPECT_EQ(TString::ToString(1.0f), "1.0");
 	EXPECT_EQ(TString::ToString(0.5), "0.5");
-	EXPECT_EQ(TString::ToString(0.25f), "0.25");
 	EXPECT_EQ(TString::ToString(2.0f), "2");
-	EXPECT_EQ(TString::ToString(0.1f), "0.100000001");
-	EXPECT_EQ(TString::ToString(0.1), "0.10000000000000001");
 	EXPECT_EQ(TString::ToString(0.1f, "%.9g"), "0.100000001");
 	EXPECT_EQ(TString::ToString(1.0f, "%.3f"), "1.000");
-	EXPECT_EQ(TString::ToString(1e20f), "1.00000002e+20");
 }
 
 TEST(TStringValuesTest, NonFiniteNumbersInEveryFormat) {
@@ -99,7 +82,6 @@ TEST(TStringValuesTest, FloatsAreReadFromTheBeginningOfTheText) {
 }
 
 TEST(TStringValuesTest, IntegersOfEveryWidth) {
-	EXPECT_EQ(TString::ToString(-1), "-1");
 	EXPECT_EQ(TString::ToString(std::numeric_limits<unsigned>::max()), "4294967295");
 	EXPECT_EQ(TString::ToString(std::numeric_limits<long long>::min()), "-9223372036854775808");
 	EXPECT_EQ(TString::Format("%04d", 7), "0007");
@@ -130,48 +112,41 @@ TEST(TStringValuesTest, FormatsThatDoNotSuitTheTypeAreRefused) {
 }
 
 TEST(TStringValuesTest, BooleansByName) {
-	EXPECT_EQ(TString::ToString(true), "true");
-	EXPECT_EQ(TString::ToString(false), "false");
-	for (const char* text : {"true", "YES", "1", "tRuE", "yes"})
+	EXPECT_EQ(TString::ToString(true) + TString::ToString(false), "truefalse");
+	for (const char* text : {"YES", "1", "tRuE"})
 		EXPECT_EQ(Read<bool>(text), true) << text;
-	for (const char* text : {"false", "NO", "0", "No"})
+	for (const char* text : {"false", "0", "No"})
 		EXPECT_EQ(Read<bool>(text), false) << text;
-	bool value = true;
-	EXPECT_FALSE(
-	    TString::FromString("on", value) || TString::FromString("", value) || TString::FromString("01", value));
-	EXPECT_TRUE(value);
+	for (const char* text : {"on", "", "01"})
+		EXPECT_EQ(Read<bool>(text), std::nullopt) << text;
 }
 
 TEST(TStringValuesTest, ColoursAndPoints) {
 	TColor color{1, 2, 3};
-	EXPECT_FALSE(
-	    TString::FromString("1,2", color) || TString::FromString("1,2,3,4", color) ||
-	    TString::FromString("1,,3", color));
+	for (const char* text : {"1,2", "1,2,3,4", "1,,3"})
+		EXPECT_FALSE(TString::FromString(text, color)) << text;
 	EXPECT_EQ(color, (TColor{1, 2, 3}));
 	EXPECT_TRUE(TString::FromString("-5, 128,300", color));
 	EXPECT_EQ(TString::ToString(color), "0,128,255");
 	TPointT<int> point;
 	EXPECT_TRUE(TString::FromString("-1,20", point));
-	EXPECT_EQ(TString::ToString(point), "-1,20");
 	EXPECT_FALSE(TString::FromString("7,8,9", point) || TString::FromString("7", point));
-	EXPECT_EQ(point, (TPointT<int>{-1, 20}));
+	EXPECT_EQ(TString::ToString(point), "-1,20");
 }
 
 TEST(TStringValuesTest, CommonValuesShareOneTextWhileTheFrameworkRuns) {
-	const TString before = TString::ToString(0.5f);
-	{
-		const TSharedStrings first;
-		{ const TSharedStrings second; }
-		EXPECT_EQ(TString::ToString(0.5f).Units(), TString::ToString(0.5).Units());
-		EXPECT_EQ(TString::ToString(0).Units(), TString::ToString(0LL).Units());
-	}
-	EXPECT_NE(TString::ToString(0.5f).Units(), before.Units());
-	EXPECT_EQ(TString::ToString(0.5f), before);
+	for (int nesting = 0; nesting < 2; ++nesting)
+		TString::SetupStrings();
+	TString::CleanupStrings();
+	const TString shared = TString::ToString(0.5f);
+	EXPECT_EQ(TString::ToString(0.5).Units(), shared.Units());
+	EXPECT_EQ(TString::ToString(0).Units(), TString::ToString(0LL).Units());
+	TString::CleanupStrings();
+	EXPECT_NE(TString::ToString(0.5f).Units(), shared.Units());
 }
 
 TEST(TStringValuesTest, NumbersDoNotChangeWithTheLocale) {
 	const TTestLocale locale("de_DE.UTF-8");
-	EXPECT_EQ(TString::ToString(0.0f), "0.0");
 	EXPECT_EQ(TString::ToString(0.25f), "0.25");
 	EXPECT_EQ(TString::ToString(0.25f, "%.1f"), "0.2");
 	EXPECT_EQ(Read<float>("0.25"), 0.25f);
@@ -181,12 +156,9 @@ TEST(TStringValuesTest, NumbersDoNotChangeWithTheLocale) {
 }
 
 TEST(TStringValuesTest, FormatFillsFromTheFront) {
-	EXPECT_EQ(TString::Format("'%s' and '%s'", "a", "b"), "'a' and 'b'");
 	EXPECT_EQ(TString::Format("%s %s", "%s", "x"), "x %s");
 	EXPECT_EQ(TString::Format("%s%s%s%s%s%s", "1", "2", "3", "4", "5"), "12345%s");
-	EXPECT_EQ(TString::Format("%s", "%s", "x"), "x");
 	EXPECT_EQ(TString::Format("%s, %s, %s.", "a"), "a, , .");
-	EXPECT_EQ(TString::Format("%s%s%s%s%s%s"), "%s");
 	EXPECT_EQ(TString::Format("100%%, %d", "x"), "100%%, %d");
 	EXPECT_EQ(TString::Format("restart $MProductString: %s", "$MProductString"), "restart Vortel2: $MProductString");
 }
@@ -195,8 +167,7 @@ TEST(TStringValuesTest, MacrosAreExpanded) {
 	const TString plain = "no macros, $m, $ M";
 	EXPECT_EQ(TString::ExpandMacros(plain).Units(), plain.Units());
 	EXPECT_EQ(TString::ExpandMacros("$MProductNameAndVersionString!"), "Vortel2 V2.1.5!");
-	EXPECT_EQ(TString::ExpandMacros("[$MAlphaOrBetaVersionString]"), "[]");
-	EXPECT_EQ(TString::ExpandMacros("$MUnknown $M"), "$MUnknown $M");
+	EXPECT_EQ(TString::ExpandMacros("[$MAlphaOrBetaVersionString]$MUnknown $M"), "[]$MUnknown $M");
 	const TString built = TString("V2.1.5 (Built: ") + ProductInfo::BuildDate() + ")";
 	EXPECT_EQ(TString::ExpandMacros("$MVersionString, $MBuildNumberString"), TString("V2.1.5, ") + built);
 	const TString mail = TString::ExpandMacros("$MBugReportEMailAddress,$MSupportEMailAddress,$MProductHomeURL");
