@@ -15,7 +15,6 @@ constexpr std::size_t kPreallocated = 262144; // bytes per pool
 
 } // namespace
 
-constinit thread_local TCommandPoolAllocator* TCommandPoolAllocator::sOfThisThread = nullptr;
 constinit TCommandPoolAllocator::TNoneFreed TCommandPoolAllocator::sNone;
 
 TCommandPoolAllocator::TMemoryBlock::TMemoryBlock(TCommandPoolAllocator* pool, std::size_t place, std::size_t size)
@@ -107,7 +106,7 @@ TCommandPoolAllocator::TCommandPoolAllocator() : mBlockSize(std::max(kSmallestBl
 }
 
 TCommandPoolAllocator::~TCommandPoolAllocator() {
-	if (sOfThisThread == this)
+	if (OfThisThread() == this)
 		SetOfThisThread(nullptr);
 }
 

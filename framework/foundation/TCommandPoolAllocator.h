@@ -4,6 +4,7 @@
 #include "framework/foundation/TCriticalSection.h"
 #include "framework/foundation/TPtr.h"
 #include "framework/foundation/TReferenceCountable.h"
+#include "framework/foundation/TThreadState.h"
 
 #include <atomic>
 #include <cstddef>
@@ -51,13 +52,14 @@ public:
 	bool IsDeletedOnMainThread() const override { return false; }
 
 	/// The pool that the calling thread, and no other at the same time, allocates from; null when that is not known.
-	static TCommandPoolAllocator* OfThisThread() noexcept { return sOfThisThread; }
+	static TCommandPoolAllocator* OfThisThread() noexcept { return TThreadState::OfThisThread().mpCommandPool; }
 
 	/// To be forgotten (null) when the thread changes its role or its storage, or the pool goes.
 	static void SetOfThisThread(TCommandPoolAllocator* pool) noexcept {
-		if (sOfThisThread)
-			sOfThisThread->mpThread.store(nullptr, std::memory_order_relaxed);
-		sOfThisThread = pool;
+		TCommandPoolAllocator*& current = TThreadState::OfThisThread().mpCommandPool;
+		if (current)
+			current->mpThread.store(nullptr, std::memory_order_relaxed);
+		current = pool;
 		if (pool)
 			pool->mpThread.store(__builtin_thread_pointer(), std::memory_order_relaxed);
 	}
@@ -135,7 +137,6 @@ private:
 	void JoinFreed() noexcept;
 	void* AllocateFromNewBlock(int32_t size);
 
-	static constinit thread_local TCommandPoolAllocator* sOfThisThread;
 	static constinit TNoneFreed sNone;
 
 	std::atomic<void*> mpThread{nullptr};                 // that has this as its pool

@@ -41,10 +41,63 @@ private:
 	std::vector<TEntry> mEntries;
 };
 
+/// All storages by id. Entries are added and taken out under the process-wide mutex; looking one up takes no lock, so
+/// that the audio thread of one instance never waits while another is made.
+class TStorageTable {
+public:
+	TStorageTable() = default;
+
+	~TStorageTable() {
+		for (int32_t id = 0; id < mCount; ++id)
+			delete Find(id);
+		for (std::atomic<TPage*>& page : mPages)
+			delete page.load();
+	}
+
+	TStorageTable(const TStorageTable&) = delete;
+	TStorageTable& operator=(const TStorageTable&) = delete;
+
+	/// The id of the next entry.
+	int32_t Count() const { return mCount; }
+
+	void Add(std::unique_ptr<TGlobalStorage> storage) {
+		const auto page = static_cast<std::size_t>(mCount) / kPageSize;
+		if (page >= mPages.size())
+			throw std::length_error("more instances than ids");
+		if (!mPages[page].load())
+			mPages[page].store(new TPage{}, std::memory_order_release);
+		Entry(mCount++)->store(storage.release(), std::memory_order_release);
+	}
+
+	void Delete(int32_t id) { delete Entry(id)->exchange(nullptr); }
+
+	/// Null for what never was and is no more.
+	TGlobalStorage* Find(int32_t id) const noexcept {
+		const std::atomic<TGlobalStorage*>* entry = Entry(id);
+		return entry ? entry->load(std::memory_order_acquire) : nullptr;
+	}
+
+private:
+	static constexpr std::size_t kPageSize = 1024;
+
+	using TPage = std::array<std::atomic<TGlobalStorage*>, kPageSize>;
+
+	std::atomic<TGlobalStorage*>* Entry(int32_t id) const noexcept {
+		const auto index = static_cast<std::size_t>(id);
+		TPage* page = id >= 0 && index / kPageSize < mPages.size()
+		                  ? mPages[index / kPageSize].load(std::memory_order_acquire)
+		                  : nullptr;
+		return page ? &(*page)[index % kPageSize] : nullptr;
+	}
+
+	std::array<std::atomic<TPage*>, 1024> mPages{};
+	int32_t mCount = 0;
+};
+
 // Creators and destroyers run outside the mutex, so that no other instance's audio thread ever waits for them.
 struct TProcessWide {
 	std::mutex mMutex;
-	std::vector<std::unique_ptr<TGlobalStorage>> mStorages; // by id
+	TStorageTable mStorages;
 	TRegistrations<TGlobalStorage::TCreator> mCreators;
 	TRegistrations<TGlobalStorage::TDestroyer> mDestroyers;
 	std::vector<std::pair<int, void*>> mLeftBehind;
@@ -59,7 +112,6 @@ constinit std::atomic<int> sNumberOfSlotsTaken{0};
 
 } // namespace
 
-constinit thread_local TGlobalStorage* TGlobalStorage::sCurrent = nullptr;
 constinit std::atomic<TGlobalStorage*> TGlobalStorage::sDefault{nullptr};
 
 int32_t TGlobalStorage::CreateStorage() {
@@ -68,17 +120,17 @@ int32_t TGlobalStorage::CreateStorage() {
 	std::vector<TRegistrations<TCreator>::TEntry> creators;
 	{
 		std::lock_guard guard(all.mMutex);
-		id = static_cast<int32_t>(all.mStorages.size());
-		all.mStorages.push_back(std::unique_ptr<TGlobalStorage>(new TGlobalStorage(id)));
+		id = all.mStorages.Count();
+		all.mStorages.Add(std::unique_ptr<TGlobalStorage>(new TGlobalStorage(id)));
 		TGlobalStorage* none = nullptr;
-		sDefault.compare_exchange_strong(none, all.mStorages.back().get());
+		sDefault.compare_exchange_strong(none, all.mStorages.Find(id));
 		if (id != 0)
 			creators = all.mCreators.Entries();
 	}
 	try {
 		TGlobalStorageScope scope(id);
 		for (const auto& [slot, creator] : creators)
-			sCurrent->SetSlot(slot, creator());
+			Current()->SetSlot(slot, creator());
 	} catch (...) {
 		DestroyStorage(id);
 		throw;
@@ -88,14 +140,13 @@ int32_t TGlobalStorage::CreateStorage() {
 
 void TGlobalStorage::DestroyStorage(int32_t id) {
 	TProcessWide& all = ProcessWide();
-	TGlobalStorage* storage = nullptr;
+	TGlobalStorage* storage;
 	{
 		std::lock_guard guard(all.mMutex);
-		if (id >= 0 && static_cast<std::size_t>(id) < all.mStorages.size())
-			storage = all.mStorages[static_cast<std::size_t>(id)].get();
+		storage = all.mStorages.Find(id);
 		if (!storage)
 			return;
-		if (sCurrent == storage)
+		if (TThreadState::OfThisThread().mpStorage == storage)
 			SetCurrentId(-1);
 		// Threads without a scope still reach these objects as the default, so they are left as they are.
 		for (int slot = 0; id == 0 && slot < kNumberOfSlots; ++slot)
@@ -105,7 +156,7 @@ void TGlobalStorage::DestroyStorage(int32_t id) {
 	storage->RunDestroyers();
 	std::lock_guard guard(all.mMutex);
 	sDefault.compare_exchange_strong(storage, nullptr);
-	all.mStorages[static_cast<std::size_t>(id)].reset();
+	all.mStorages.Delete(id);
 }
 
 void TGlobalStorage::RunDestroyers() {
@@ -125,14 +176,7 @@ void TGlobalStorage::RunDestroyers() {
 
 void TGlobalStorage::SetCurrentId(int32_t id) {
 	TCommandPoolAllocator::SetOfThisThread(nullptr);
-	if (id < 0) {
-		sCurrent = nullptr;
-		return;
-	}
-	TProcessWide& all = ProcessWide();
-	std::lock_guard guard(all.mMutex);
-	const auto index = static_cast<std::size_t>(id);
-	sCurrent = index < all.mStorages.size() ? all.mStorages[index].get() : nullptr;
+	TThreadState::OfThisThread().mpStorage = id < 0 ? nullptr : ProcessWide().mStorages.Find(id);
 }
 
 int TGlobalStorage::AllocateSlot() {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "framework/foundation/TThreadState.h"
+
 #include <array>
 #include <atomic>
 #include <cstddef>
@@ -10,8 +12,8 @@
 ///
 /// One storage exists per live instance; its id is handed out once and never reused. Each thread has a current
 /// storage (TGlobalStorageScope); a thread without one uses the default storage, that of the first instance.
-/// Creating, destroying and looking up a storage takes one process-wide mutex for a few instructions; reading a slot
-/// takes none.
+/// Creating and destroying a storage takes one process-wide mutex for a few instructions; looking one up and reading a
+/// slot take none.
 class TGlobalStorage {
 public:
 	static constexpr int kNumberOfSlots = 256;
@@ -26,10 +28,16 @@ public:
 	static void DestroyStorage(int32_t id);
 
 	/// The calling thread's storage, else the default one, else null.
-	static TGlobalStorage* Current() noexcept { return sCurrent ? sCurrent : sDefault.load(std::memory_order_acquire); }
+	static TGlobalStorage* Current() noexcept {
+		TGlobalStorage* entered = TThreadState::OfThisThread().mpStorage;
+		return entered ? entered : sDefault.load(std::memory_order_acquire);
+	}
 
 	/// The id of the storage that the calling thread has entered, -1 if none.
-	static int32_t CurrentId() noexcept { return sCurrent ? sCurrent->mId : -1; }
+	static int32_t CurrentId() noexcept {
+		const TGlobalStorage* entered = TThreadState::OfThisThread().mpStorage;
+		return entered ? entered->mId : -1;
+	}
 
 	/// Makes the storage current for the calling thread; -1 for none.
 	static void SetCurrentId(int32_t id);
@@ -54,7 +62,6 @@ private:
 
 	void RunDestroyers();
 
-	static constinit thread_local TGlobalStorage* sCurrent;
 	static constinit std::atomic<TGlobalStorage*> sDefault;
 
 	int32_t mId;
@@ -62,7 +69,7 @@ private:
 };
 
 /// Makes a storage current on this thread for the guard's life. Every entry from a host or the platform opens one
-/// first. Takes the storage mutex only when the id really changes.
+/// first.
 class [[nodiscard]] TGlobalStorageScope {
 public:
 	explicit TGlobalStorageScope(int32_t id) : mPreviousId(TGlobalStorage::CurrentId()), mChanged(id != mPreviousId) {

@@ -11,12 +11,12 @@ namespace {
 
 constinit std::atomic<uint64_t> sLastManagerId{0};
 constinit std::atomic<uint64_t> sLastThreadId{0};
-constinit thread_local uint64_t sThreadId = 0;
 
 uint64_t CurrentThreadId() noexcept {
-	if (sThreadId == 0)
-		sThreadId = sLastThreadId.fetch_add(1, std::memory_order_relaxed) + 1;
-	return sThreadId;
+	uint64_t& id = TThreadState::OfThisThread().mThreadId;
+	if (id == 0)
+		id = sLastThreadId.fetch_add(1, std::memory_order_relaxed) + 1;
+	return id;
 }
 
 bool IsFullRole(const TThreadManager::TLocalThreadInfo& info) noexcept {
@@ -30,7 +30,6 @@ bool AreEqual(const TThreadManager::TLocalThreadInfo& a, const TThreadManager::T
 } // namespace
 
 constinit const TThreadManager::TNode TThreadManager::sNobody{};
-constinit thread_local std::array<TThreadManager::TCacheEntry, TThreadManager::kCacheSize> TThreadManager::sCache{};
 
 TThreadManager::TThreadManager() : mId(sLastManagerId.fetch_add(1, std::memory_order_relaxed) + 1) {
 	Attach(kMainThread);
@@ -68,7 +67,7 @@ const TThreadManager::TNode& TThreadManager::FindNode() const noexcept {
 		node = node->mpNext;
 	if (!node)
 		node = &sNobody;
-	sCache[mId % kCacheSize] = {mId, node};
+	TThreadState::OfThisThread().RoleEntry(mId) = {mId, node};
 	return *node;
 }
 
@@ -80,7 +79,7 @@ TThreadManager::TNode& TThreadManager::MakeNode() {
 	node->mpNext = bucket.load(std::memory_order_relaxed);
 	while (!bucket.compare_exchange_weak(node->mpNext, node, std::memory_order_release, std::memory_order_relaxed)) {
 	}
-	sCache[mId % kCacheSize] = {mId, node};
+	TThreadState::OfThisThread().RoleEntry(mId) = {mId, node};
 	return *node;
 }
 
@@ -103,18 +102,19 @@ void TThreadManager::ChangeRole(TLocalThreadInfo from, TLocalThreadInfo to) {
 	SetLocalInfo(to);
 }
 
-TThreadManager::TScope::TScope(int32_t index, int32_t workerIndex)
-    : mNew{index, workerIndex},
-      mOld(TThreadManager::Instance()->LocalInfo()) {
+TThreadManager::TScope::TScope(int32_t index, int32_t workerIndex) : mNew{index, workerIndex} {
+	TThreadManager* manager = TThreadManager::Instance();
+	mOld = manager->LocalInfo();
 	if (!AreEqual(mNew, mOld))
-		TThreadManager::Instance()->ChangeRole(mOld, mNew);
+		manager->ChangeRole(mOld, mNew);
 }
 
 void TThreadManager::TScope::Release() {
 	if (mReleased)
 		return;
 	mReleased = true;
-	TThreadManager* manager = TThreadManager::Instance();
-	if (manager && !AreEqual(mNew, mOld))
+	if (AreEqual(mNew, mOld))
+		return;
+	if (TThreadManager* manager = TThreadManager::Instance())
 		manager->ChangeRole(mNew, mOld);
 }

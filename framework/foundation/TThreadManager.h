@@ -3,6 +3,7 @@
 
 #include "framework/foundation/TCriticalSection.h"
 #include "framework/foundation/TSingleton.h"
+#include "framework/foundation/TThreadState.h"
 
 #include <array>
 #include <atomic>
@@ -69,12 +70,6 @@ private:
 		TNode* mpNext = nullptr;
 	};
 
-	struct TCacheEntry {
-		uint64_t mManagerId;
-		const TNode* mpNode;
-	};
-
-	static constexpr std::size_t kCacheSize = 8;
 	static constexpr std::size_t kNumberOfBuckets = 64;
 	static constexpr std::size_t kNumberOfReadyNodes = 64;
 
@@ -84,8 +79,8 @@ private:
 
 	/// The calling thread's node; sNobody if it has had no role yet.
 	const TNode& LocalNode() const noexcept {
-		const TCacheEntry& cached = sCache[mId % kCacheSize];
-		return cached.mManagerId == mId ? *cached.mpNode : FindNode();
+		const TThreadState::TRoleEntry& cached = TThreadState::OfThisThread().RoleEntry(mId);
+		return cached.mManagerId == mId ? *static_cast<const TNode*>(cached.mpNode) : FindNode();
 	}
 
 	const TNode& FindNode() const noexcept;
@@ -96,7 +91,6 @@ private:
 	// Ids of managers and of threads are never reused, so what a thread has cached of a manager that is gone, or a
 	// manager still holds of a thread that is gone, is never mistaken for another's.
 	static const TNode sNobody;
-	static constinit thread_local std::array<TCacheEntry, kCacheSize> sCache;
 
 	const uint64_t mId;
 	std::array<TCriticalSection, kNumberOfThreads> mLocks;
