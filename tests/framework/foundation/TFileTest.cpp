@@ -15,17 +15,7 @@ namespace {
 using testing::ElementsAre;
 
 struct TFileTest : testing::Test {
-	TFileTest() { FileChanges::AddListener({this, &TFileTest::OnFileChange}); }
-
-	~TFileTest() override { FileChanges::RemoveListener({this, &TFileTest::OnFileChange}); }
-
-	void OnFileChange(const TString& path) {
-		const std::string text = path.CString();
-		mChanges.push_back(text.substr(text.rfind('/', text.size() - 2) + 1));
-	}
-
 	TTemporaryFolder mFolder;
-	std::vector<std::string> mChanges;
 };
 
 template <class TFunction>
@@ -37,6 +27,9 @@ std::string MessageOf(TFunction&& function) {
 	}
 	return "nothing thrown";
 }
+
+const std::string kEndOfFile = "Unexpected end of file!";
+const std::string kNoSpace = "File I/O error: Please make sure that there is enough space available on the device!";
 
 } // namespace
 
@@ -50,7 +43,8 @@ TEST_F(TFileTest, NumbersStandInTheChosenByteOrder) {
 	file.WriteInt64(0x08090A0B0C0D0E0F);
 	file.WriteFloat(1.0f);
 	file.WriteDouble(-2.0);
-	ASSERT_TRUE(file.Seek(4));
+	EXPECT_EQ(file.Size(), 27) << "also before anything is flushed";
+	file.Seek(4);
 	EXPECT_EQ(file.ReadInt8(), 5);
 	EXPECT_EQ(file.ReadInt16(), 0x0607);
 	EXPECT_EQ(file.ReadInt64(), 0x08090A0B0C0D0E0F);
@@ -62,27 +56,21 @@ TEST_F(TFileTest, NumbersStandInTheChosenByteOrder) {
 	    std::string("\4\3\2\1\5\6\7\x8\x9\xA\xB\xC\xD\xE\xF\x3F\x80\0\0\xC0\0\0\0\0\0\0\0", 27));
 }
 
-TEST_F(TFileTest, ReadingPastTheEnd) {
-	mFolder.Write("short", "abc");
-	TFile file(mFolder.Path("short"));
-	ASSERT_TRUE(file.Open(TFile::kReadOnly));
-	EXPECT_EQ(MessageOf([&] { file.ReadInt32(); }), "Unexpected end of file!");
-	file.Seek(1);
-	char buffer[10] = {};
-	int64_t bytes = 10;
-	EXPECT_FALSE(file.Read(buffer, bytes));
-	EXPECT_EQ(bytes, 2);
-	EXPECT_STREQ(buffer, "bc");
-}
-
-TEST_F(TFileTest, BlockLongerThanTheFileIsNotTrusted) {
+TEST_F(TFileTest, NeitherTheEndNorTheLengthOfABlockIsTrusted) {
 	for (const char* length : {"\xFF\xFF\xFF\x7F", "\xFF\xFF\xFF\xFF", "\4\0\0"}) {
 		mFolder.Write("lying", std::string(length, 4) + "abc");
 		TFile file(mFolder.Path("lying"));
 		ASSERT_TRUE(file.Open(TFile::kReadOnly));
 		TArray<uint8_t> block;
-		EXPECT_EQ(MessageOf([&] { file.ReadBytes(block); }), "Unexpected end of file!");
+		EXPECT_EQ(MessageOf([&] { file.ReadBytes(block); }), kEndOfFile);
 		EXPECT_EQ(block.Size(), 0);
+		EXPECT_EQ(MessageOf([&] { file.ReadInt32(); }), kEndOfFile);
+		file.Seek(5);
+		char buffer[10] = {};
+		int64_t bytes = 10;
+		EXPECT_FALSE(file.Read(buffer, bytes));
+		EXPECT_EQ(bytes, 2);
+		EXPECT_STREQ(buffer, "bc");
 	}
 }
 
@@ -104,7 +92,6 @@ TEST_F(TFileTest, BlocksAndTextsComeBack) {
 	EXPECT_EQ(block.Size(), 0);
 	file.ReadBytes(block);
 	EXPECT_THAT(std::vector<int>(block.begin(), block.end()), ElementsAre(1, 2, 3));
-	EXPECT_EQ(file.Position(), file.Size());
 }
 
 TEST_F(TFileTest, ReadsAndWritesMayAlternate) {
@@ -112,7 +99,6 @@ TEST_F(TFileTest, ReadsAndWritesMayAlternate) {
 	ASSERT_TRUE(file.Open());
 	for (int32_t value : {1, 2, 3})
 		file.WriteInt32(value);
-	EXPECT_EQ(file.Size(), 12) << "also before anything is flushed";
 	file.Seek(0);
 	EXPECT_EQ(file.ReadInt32(), 1);
 	file.WriteInt32(20);
@@ -123,70 +109,68 @@ TEST_F(TFileTest, ReadsAndWritesMayAlternate) {
 
 TEST_F(TFileTest, ModesDecideWhatBecomesOfOldContent) {
 	mFolder.Write("old", "old");
-	int64_t three = 3;
-	const auto writeIn = [&](TFile::TMode mode) {
+	const std::pair<TFile::TMode, const char*> modes[] = {
+	    {TFile::kReadOnly, "old"},
+	    {TFile::kAppend, "oldnew"},
+	    {TFile::kReadAppend, "oldnewnew"},
+	    {TFile::kWriteOnly, "new"}};
+	for (const auto& [mode, content] : modes) {
 		TFile file(mFolder.Path("old"));
 		EXPECT_TRUE(file.Open(mode));
-		return file.Write("new", three = 3);
-	};
-	EXPECT_FALSE(writeIn(TFile::kReadOnly));
-	EXPECT_EQ(three, 0);
-	EXPECT_TRUE(writeIn(TFile::kAppend));
-	EXPECT_EQ(mFolder.Read("old"), "oldnew");
-	EXPECT_TRUE(writeIn(TFile::kReadAppend));
-	EXPECT_EQ(mFolder.Read("old"), "oldnewnew");
-	EXPECT_TRUE(writeIn(TFile::kWriteOnly));
-	EXPECT_EQ(mFolder.Read("old"), "new");
+		int64_t bytes = 3;
+		EXPECT_EQ(file.Write("new", bytes), mode != TFile::kReadOnly);
+		EXPECT_EQ(bytes, mode == TFile::kReadOnly ? 0 : 3);
+		file.Close();
+		EXPECT_EQ(mFolder.Read("old"), content);
+	}
 }
 
 TEST_F(TFileTest, FolderAndMissingFileDoNotOpen) {
-	EXPECT_FALSE(TFile(mFolder.Path("")).Open(TFile::kReadOnly));
-	EXPECT_FALSE(TFile(mFolder.Path("")).Exists());
-	EXPECT_FALSE(TFile(mFolder.Path("missing")).Open(TFile::kReadOnly));
+	for (const char* name : {"", "missing"}) {
+		TFile file(mFolder.Path(name));
+		EXPECT_FALSE(file.Open(TFile::kReadOnly) || file.Exists() || file.Delete());
+	}
 	EXPECT_EQ(TFile(mFolder.Path("missing")).Size(), 0);
-	EXPECT_FALSE(TFile(mFolder.Path("missing")).Delete());
 }
 
-TEST_F(TFileTest, ClosedFileTransfersNothing) {
-	TFile file(mFolder.Path("closed"));
+TEST_F(TFileTest, ClosedFileAndFullDiskTakeNothing) {
+	TFile closed(mFolder.Path("closed"));
 	int64_t bytes = 1;
 	char buffer = 0;
-	EXPECT_FALSE(file.Read(&buffer, bytes));
+	EXPECT_FALSE(closed.Read(&buffer, bytes) || closed.Seek(0));
 	EXPECT_EQ(bytes, 0);
-	EXPECT_FALSE(file.Seek(0));
-	EXPECT_EQ(
-	    MessageOf([&] { file.WriteInt32(1); }),
-	    "File I/O error: Please make sure that there is enough space available on the device!");
+	EXPECT_EQ(MessageOf([&] { closed.WriteInt32(1); }), kNoSpace);
+	TFile full("/dev/full");
+	ASSERT_TRUE(full.Open(TFile::kWriteOnly));
+	full.WriteInt32(1);
+	EXPECT_EQ(MessageOf([&] { full.Flush(); }), "Failed to flush the file to disk. Probably the disk is full.");
+	EXPECT_EQ(MessageOf([&] { full.WriteBytes(TArray<uint8_t>(1000000)); }), kNoSpace);
 }
 
-TEST_F(TFileTest, FullDiskIsSaid) {
-	TFile file("/dev/full");
-	ASSERT_TRUE(file.Open(TFile::kWriteOnly));
-	file.WriteInt32(1);
-	EXPECT_EQ(MessageOf([&] { file.Flush(); }), "Failed to flush the file to disk. Probably the disk is full.");
-	TArray<uint8_t> large(1000000);
-	EXPECT_EQ(
-	    MessageOf([&] { file.WriteBytes(large); }),
-	    "File I/O error: Please make sure that there is enough space available on the device!");
-}
+TEST_F(TFileTest, ListenersLearnOfChangesOutsideTheIgnoredFolders) {
+	struct TListener {
+		void OnFileChange(const TString& path) {
+			const std::string text = path.CString();
+			mChanges.push_back(text.substr(text.rfind('/', text.size() - 2) + 1));
+		}
 
-TEST_F(TFileTest, ListenersLearnOfFilesThatWereOpenForWriting) {
+		std::vector<std::string> mChanges;
+	};
+
+	TListener listener;
+	FileChanges::AddListener({&listener, &TListener::OnFileChange});
 	{
 		TFile file(mFolder.Path("changed"));
 		file.Open(TFile::kWriteOnly);
-		file.Close();
 		file.Open(TFile::kReadOnly);
-		file.Close();
 		file.Open(TFile::kAppend);
 	}
 	TFile(mFolder.Path("changed")).Delete();
-	EXPECT_THAT(mChanges, ElementsAre("changed", "changed", "changed"));
-}
-
-TEST_F(TFileTest, ChangesInIgnoredFoldersAreNotReported) {
-	const TDirectory ignored = mFolder.Directory().Descend("ignored");
-	FileChanges::IgnoreFolder(ignored);
-	ASSERT_TRUE(ignored.Descend("deep").Create(true));
-	ASSERT_TRUE(mFolder.Directory().Descend("ignored too").Create(true));
-	EXPECT_THAT(mChanges, ElementsAre("ignored too/"));
+	EXPECT_THAT(listener.mChanges, ElementsAre("changed", "changed", "changed"));
+	FileChanges::IgnoreFolder(mFolder.Directory().Descend("ignored"));
+	EXPECT_TRUE(mFolder.Directory().Descend("ignored/deep").Create(true));
+	EXPECT_TRUE(mFolder.Directory().Descend("ignored too").Create(true));
+	FileChanges::RemoveListener({&listener, &TListener::OnFileChange});
+	EXPECT_TRUE(mFolder.Directory().Descend("unheard").Create(true));
+	EXPECT_THAT(listener.mChanges, ElementsAre("changed", "changed", "changed", "ignored too/"));
 }

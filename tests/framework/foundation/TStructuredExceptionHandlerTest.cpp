@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "framework/foundation/TStructuredExceptionHandler.h"
 
-#include "framework/foundation/TLog.h"
-#include "tests/support/TTemporaryFolder.h"
+#include "tests/support/TLogFolder.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -18,21 +17,9 @@ namespace {
 using testing::ContainsRegex;
 
 struct TStructuredExceptionHandlerTest : testing::Test {
-	TStructuredExceptionHandlerTest() {
-		TLog::Drop();
-		TLog::SetDirectory(mFolder.Directory());
-		TLog::SetEchoToConsole(false);
-	}
-
-	~TStructuredExceptionHandlerTest() override {
-		TLog::Drop();
-		TLog::SetDirectory(TDirectory());
-		TLog::SetEchoToConsole(true);
-	}
-
 	[[noreturn]] void Crash() { siglongjmp(mHandler.TopFrame()->mBuffer, 1); }
 
-	TTemporaryFolder mFolder;
+	TLogFolder mFolder;
 	TStructuredExceptionHandler mHandler;
 };
 
@@ -43,8 +30,9 @@ TEST_F(TStructuredExceptionHandlerTest, JumpEndsTheInnermostGuardedCallAndIsRepo
 	const bool outerReturned = mHandler.Guard([&] { innerReturned = mHandler.Guard([&] { Crash(); }); });
 	EXPECT_FALSE(innerReturned);
 	EXPECT_TRUE(outerReturned);
+	EXPECT_THAT(mFolder.Logged(), ContainsRegex("CrashLog:   0 0x[0-9a-f]+ - "));
+	EXPECT_THROW(mHandler.Guard([] { throw std::runtime_error("passes"); }), std::runtime_error);
 	EXPECT_EQ(mHandler.TopFrame(), nullptr);
-	EXPECT_THAT(mFolder.Read("Vortel2.log"), ContainsRegex("CrashLog:   0 0x[0-9a-f]+ - "));
 }
 
 TEST_F(TStructuredExceptionHandlerTest, ReportNamesFunctionsInReadableForm) {
@@ -55,13 +43,7 @@ TEST_F(TStructuredExceptionHandlerTest, ReportNamesFunctionsInReadableForm) {
 		spHandler->ReportCrash();
 		return *static_cast<const int*>(a) - *static_cast<const int*>(b);
 	});
-	EXPECT_THAT(
-	    mFolder.Read("Vortel2.log"), ContainsRegex("CrashLog: +[0-9]+ 0x[0-9a-f]+ - [a-z_]+ \\+ 0x[0-9a-f]+ /"));
-}
-
-TEST_F(TStructuredExceptionHandlerTest, ExceptionLeavesItsFrameBehind) {
-	EXPECT_THROW(mHandler.Guard([] { throw std::runtime_error("passes"); }), std::runtime_error);
-	EXPECT_EQ(mHandler.TopFrame(), nullptr);
+	EXPECT_THAT(mFolder.Logged(), ContainsRegex("CrashLog: +[0-9]+ 0x[0-9a-f]+ - [a-z_]+ \\+ 0x[0-9a-f]+ /"));
 }
 
 TEST_F(TStructuredExceptionHandlerTest, RecordsAreZeroedAndStayInPlaceHoweverDeepTheStack) {
@@ -72,18 +54,12 @@ TEST_F(TStructuredExceptionHandlerTest, RecordsAreZeroedAndStayInPlaceHoweverDee
 		EXPECT_TRUE(std::all_of(bytes, bytes + sizeof *frames.back(), [](int byte) { return byte == 0; }));
 		std::memset(frames.back(), 0xFF, sizeof *frames.back());
 	}
+	std::thread([&] {
+		EXPECT_EQ(mHandler.TopFrame(), nullptr) << "each thread has its own stack";
+		EXPECT_FALSE(mHandler.Guard([&] { Crash(); }));
+	}).join();
 	for (; !frames.empty(); frames.pop_back()) {
 		EXPECT_EQ(mHandler.TopFrame(), frames.back());
 		mHandler.PopFrame();
 	}
-}
-
-TEST_F(TStructuredExceptionHandlerTest, EachThreadHasItsOwnStack) {
-	mHandler.PushFrame();
-	std::thread([&] {
-		EXPECT_EQ(mHandler.TopFrame(), nullptr);
-		EXPECT_FALSE(mHandler.Guard([&] { Crash(); }));
-	}).join();
-	EXPECT_NE(mHandler.TopFrame(), nullptr);
-	mHandler.PopFrame();
 }
