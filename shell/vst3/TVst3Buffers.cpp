@@ -121,32 +121,44 @@ bool TVst3Buffers::Collect(ProcessData& data) {
 	           dropped + mDropped.size() / 2);
 }
 
+bool TVst3Buffers::IsInPlace() const {
+	return mLeftInputs[0] == mLeftOutputs[0] && mRightInputs[0] == mRightOutputs[0] &&
+	       mLeftOutputs[0] != mRightOutputs[0];
+}
+
 bool TVst3Buffers::HasOutputsApart() const {
-	if (mLeftInputs.size() != 1 || mLeftOutputs.size() != 1)
-		return false;
 	const auto isApart = [this](const float* a, const float* b) { return IsApart(a, b, mpData->numSamples); };
 	return isApart(mLeftInputs[0], mLeftOutputs[0]) && isApart(mLeftInputs[0], mRightOutputs[0]) &&
 	       isApart(mRightInputs[0], mLeftOutputs[0]) && isApart(mRightInputs[0], mRightOutputs[0]) &&
 	       isApart(mLeftOutputs[0], mRightOutputs[0]);
 }
 
-void TVst3Buffers::ScaleInputs() {
-	if (mLeftInputs.size() == 1 && mLeftOutputs.size() == 1) {
+/// Of a single bus. True: what comes in is in the output buffers, in the engine's scale.
+bool TVst3Buffers::ScaleIntoOutputs(bool isSilent) {
+	if (!IsInPlace()) {
 		const TSides inputs{mLeftInputs[0], mRightInputs[0]};
 		const TSides outputs{mLeftOutputs[0], mRightOutputs[0]};
 		const TSides clear = ClearTheWay(inputs, outputs, mpData->numSamples);
 		mLeftInputs[0] = clear[0];
 		mRightInputs[0] = clear[1];
+		if (!IsInPlace() && !HasOutputsApart())
+			return false;
 	}
+	if (isSilent)
+		return false;
+	ScaleSamples(mLeftInputs[0], mLeftOutputs[0], mpData->numSamples, kEngineScale);
+	ScaleSamples(mRightInputs[0], mRightOutputs[0], mpData->numSamples, kEngineScale);
+	mLeftInputs[0] = mLeftOutputs[0];
+	mRightInputs[0] = mRightOutputs[0];
+	mInputScaled[0] = false;
+	return true;
+}
+
+void TVst3Buffers::ScaleInputs() {
 	const auto busses = BussesOf(mpData->inputs, mpData->numInputs);
-	if (HasOutputsApart() && !busses.empty() && !IsSilent(busses[0], mLeftInputs[0] == mRightInputs[0])) {
-		ScaleSamples(mLeftInputs[0], mLeftOutputs[0], mpData->numSamples, kEngineScale);
-		ScaleSamples(mRightInputs[0], mRightOutputs[0], mpData->numSamples, kEngineScale);
-		mLeftInputs[0] = mLeftOutputs[0];
-		mRightInputs[0] = mRightOutputs[0];
-		mInputScaled[0] = false;
+	const bool isSingle = mLeftInputs.size() == 1 && mLeftOutputs.size() == 1 && !busses.empty();
+	if (isSingle && ScaleIntoOutputs(IsSilent(busses[0], mLeftInputs[0] == mRightInputs[0])))
 		return;
-	}
 	for (std::size_t i = 0; i < mLeftInputs.size(); ++i) {
 		mInputScaled[i] = i < busses.size() && !IsSilent(busses[i], mLeftInputs[i] == mRightInputs[i]);
 		if (mInputScaled[i])

@@ -13,8 +13,8 @@
 /// The buffers of one host block, as the engine takes them: stereo pairs, and in the engine's scale while it works. The
 /// scaling happens in place, in the host's buffers, input and output, and is undone before the call returns; a buffer
 /// that is input and output at once is scaled back once. Where a single bus has its inputs apart from its outputs, the
-/// scaled input goes straight into the output, which saves the engine its copy and leaves the input alone. An output may
-/// also lie on the other side's input: no side is lost.
+/// scaled input goes straight into the output, which saves the engine its copy and leaves the input alone. An output
+/// may also lie on the other side's input: no side is lost.
 ///
 /// Audio thread, but for the two setters, which allocate. A missing buffer (hosts leave them out for busses that are
 /// off) is replaced: silence goes in, and what comes out is dropped.
@@ -46,7 +46,9 @@ public:
 private:
 	using TPointers = std::vector<float*>;
 
+	bool IsInPlace() const;
 	bool HasOutputsApart() const;
+	bool ScaleIntoOutputs(bool isSilent);
 	bool IsRestored(const float* buffer) const;
 
 	Steinberg::Vst::ProcessData* mpData = nullptr;
