@@ -52,26 +52,22 @@ TEST_F(FoldersTest, SettingsComeFromTheNewestOlderVersion) {
 	EXPECT_EQ(mFolder.Read("Preferences/V2.1.5/Config.xml"), "V2.1.3");
 	EXPECT_EQ(mFolder.Read("Preferences/V2.1.5/Themes/deep/leaf"), "leaf");
 	EXPECT_EQ(mFolder.Read("Preferences/V2.1.3/a.DB"), "a.DB") << "stays where it was";
-	fs::remove_all(mFolder.PathOf("Preferences/V2.1.5/Themes"));
-	std::vector<std::string> names;
-	for (const auto& entry : fs::directory_iterator(mFolder.PathOf("Preferences/V2.1.5")))
-		names.push_back(entry.path().filename());
-	EXPECT_THAT(names, testing::UnorderedElementsAre("Config.xml", "a.DB", "Template one"));
+	EXPECT_THAT(Folders::Preferences().ListFiles("*"), ElementsAre("Config.xml", "Template one", "a.DB"));
+	EXPECT_THAT(Folders::Preferences().ListFolders("*"), ElementsAre("Themes"));
 }
 
-TEST_F(FoldersTest, OwnSettingsAreNotOverwritten) {
-	MakeFolder("Preferences/V2.0.0");
-	MakeFolder("Preferences/V2.1.5");
-	mFolder.Write("Preferences/V2.0.0/Config.xml", "old");
-	mFolder.Write("Preferences/V2.1.5/config.DB", "own");
-	Folders::Preferences();
-	EXPECT_THAT(Folders::Preferences().ListFiles("*").Count(), 1);
-}
-
-TEST_F(FoldersTest, SettingsFolderThatCannotBeMade) {
+TEST_F(FoldersTest, OwnSettingsAndOtherPeoplesFilesAreNotOverwritten) {
 	mFolder.Write("Preferences", "a file");
 	EXPECT_FALSE(Folders::Preferences().Exists());
 	EXPECT_EQ(mFolder.Read("Preferences"), "a file");
+	fs::remove(mFolder.PathOf("Preferences"));
+	Folders::Forget();
+	for (const char* name : {"Preferences/V2.0.0", "Preferences/V2.1.5"}) {
+		MakeFolder(name);
+		mFolder.Write(std::string(name) + "/config.DB", name);
+	}
+	EXPECT_EQ(Folders::Preferences().ListFiles("*").Count(), 1);
+	EXPECT_EQ(mFolder.Read("Preferences/V2.1.5/config.DB"), "Preferences/V2.1.5");
 }
 
 TEST_F(FoldersTest, TemporaryFolderIsTheProcesssOwnAndComesBack) {
@@ -107,9 +103,6 @@ TEST_F(FoldersTest, ResourcesOfAProgramLieBesideItOrInTheSharedFolder) {
 	MakeFolder("local/bin/vortel2.res");
 	EXPECT_EQ(ResourcesFor("local/bin/vortel2"), "local/bin/vortel2.res/");
 	EXPECT_TRUE(Folders::ModulePath().EndsWith("/foundation-tests")) << "without a path of its own, too";
-}
-
-TEST_F(FoldersTest, ResourcesOfACheckoutAreItsOwn) {
 	MakeFolder("checkout/Projects/Brightfen/XVortel");
 	const std::string module = "checkout/build/debug/bin/vortel2";
 	EXPECT_EQ(ResourcesFor(module), "checkout/build/debug/share/vortel2/");

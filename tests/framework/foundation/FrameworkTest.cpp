@@ -18,32 +18,22 @@ using TFrameworkTest = TFrameworkFixture;
 
 }
 
-TEST_F(TFrameworkTest, SecondHostFormatOutlivesTheFirst) {
-	const int32_t other = TGlobalStorage::CreateStorage();
-	{
-		TGlobalStorageScope scope(other);
-		InitializeFramework();
-		EXPECT_TRUE(TThreadManager::Instance()->IsCurrentThread(kMainThread));
-		FinalizeFramework();
-		EXPECT_EQ(TThreadCommunicator::Instance(), nullptr);
-		EXPECT_EQ(TCommandPoolGlobals::Instance(), nullptr);
-	}
-	TGlobalStorage::DestroyStorage(other);
-	EXPECT_TRUE(IsFrameworkRunning());
-	EXPECT_NE(TCommandPoolGlobals::Instance(), nullptr);
-}
-
-TEST_F(TFrameworkTest, EndRunsWhatIsStillQueued) {
+TEST_F(TFrameworkTest, EndOfOneInstanceRunsWhatItHasQueuedAndLeavesTheOthers) {
 	const int32_t other = TGlobalStorage::CreateStorage();
 	bool ran = false;
 	{
 		TGlobalStorageScope scope(other);
 		InitializeFramework();
+		EXPECT_TRUE(TThreadManager::Instance()->IsCurrentThread(kMainThread));
 		TThreadCommunicator::Instance()->Post(kAudioThread, [&ran] { ran = true; });
 		FinalizeFramework();
+		EXPECT_EQ(TThreadCommunicator::Instance(), nullptr);
+		EXPECT_EQ(TCommandPoolGlobals::Instance(), nullptr);
 	}
 	TGlobalStorage::DestroyStorage(other);
 	EXPECT_TRUE(ran);
+	EXPECT_TRUE(IsFrameworkRunning());
+	EXPECT_NE(TCommandPoolGlobals::Instance(), nullptr);
 }
 
 TEST_F(TFrameworkTest, SineTablesGiveAnyAngleByAddition) {

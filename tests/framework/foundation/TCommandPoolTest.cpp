@@ -17,16 +17,8 @@
 
 namespace {
 
-class TCommandPoolTest : public TFrameworkFixture {
-protected:
+struct TCommandPoolTest : TFrameworkFixture {
 	TCommandPoolAllocator mPool;
-};
-
-class THugeCommand final : public TCommand {
-public:
-	void Execute() override {}
-
-	std::array<std::byte, 100000> mBytes;
 };
 
 } // namespace
@@ -37,6 +29,7 @@ TEST_F(TCommandPoolTest, WholeBlockIsServedAndNotAByteMore) {
 	std::memset(memory, 0xAA, mPool.MaximumSize());
 	EXPECT_EQ(mPool.Allocate(mPool.MaximumSize() + 1), nullptr);
 	EXPECT_EQ(mPool.Allocate(0), nullptr);
+	EXPECT_THROW(TCommand::operator new(100000), TOutOfMemoryException);
 	TCommandPoolAllocator::Free(memory);
 	EXPECT_EQ(mPool.Allocate(mPool.MaximumSize()), memory);
 }
@@ -88,10 +81,6 @@ TEST_F(TCommandPoolTest, ContentsSurviveWhileOthersComeAndGo) {
 			live.pop_back();
 		}
 	}
-}
-
-TEST_F(TCommandPoolTest, CommandTooLargeForAnyBlockReportsOutOfMemory) {
-	EXPECT_THROW(new THugeCommand, TOutOfMemoryException);
 }
 
 TEST_F(TCommandPoolTest, EachRoleAllocatesFromItsOwnPool) {

@@ -2,6 +2,7 @@
 #include "framework/foundation/TDirectory.h"
 
 #include "framework/foundation/FileChanges.h"
+#include "tests/support/TStringPrinter.h"
 #include "tests/support/TTemporaryFolder.h"
 
 #include <filesystem>
@@ -10,27 +11,13 @@
 #include <string>
 #include <sys/stat.h>
 #include <utility>
-#include <vector>
-
-namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
-
-std::vector<std::string> Texts(const TList<TString>& list) {
-	std::vector<std::string> texts;
-	for (const TString& text : list)
-		texts.emplace_back(text.CString());
-	return texts;
-}
-
-} // namespace
 
 TEST(TDirectoryTest, PathsAreNormalised) {
-	const std::vector<std::pair<const char*, const char*>> paths = {
+	const std::pair<const char*, const char*> paths[] = {
 	    {"a\\b//c/./d/../e", "a/b/c/e/"},
 	    {"", ""},
-	    {"/", "/"},
 	    {"////", "/"},
 	    {"/a/././b", "/a/b/"},
 	    {"/a/b/../../c", "/c/"},
@@ -44,17 +31,11 @@ TEST(TDirectoryTest, PathsAreNormalised) {
 	};
 	for (const auto& [text, normal] : paths)
 		EXPECT_EQ(TDirectory(text).Path(), normal) << text;
-	EXPECT_EQ(TDirectory("/a/x/../b"), TDirectory("\\a\\b"));
-}
-
-TEST(TDirectoryTest, WalkingUpAndDown) {
 	EXPECT_EQ(TDirectory("/a/b/").Ascend().Path(), "/a/");
 	EXPECT_EQ(TDirectory("/").Ascend().Path(), "");
-	EXPECT_EQ(TDirectory("/a").Descend("b").Path(), "/a/b/");
-	EXPECT_EQ(TDirectory("/a").FilePath("b").Compare("/a/b"), 0);
+	EXPECT_EQ(TDirectory("/a").Descend("b"), TDirectory("\\a\\b"));
+	EXPECT_EQ(TDirectory("/a").FilePath("b"), "/a/b");
 	EXPECT_EQ(TDirectory("/a/b").Depth(), 2);
-	EXPECT_EQ(TDirectory("/").Depth(), 0);
-	EXPECT_EQ(TDirectory().Depth(), -1);
 }
 
 TEST(TDirectoryTest, CreateMakesTheParentsOnDemand) {
@@ -81,22 +62,18 @@ TEST(TDirectoryTest, DeleteRemovesTheTreeButDoesNotFollowLinks) {
 	folder.Write("tree/below/.hidden", "");
 	std::filesystem::create_directory_symlink(folder.PathOf("outside"), folder.PathOf("tree/link"));
 	EXPECT_TRUE(folder.Directory().Descend("tree").Delete());
-	EXPECT_FALSE(folder.Directory().Descend("tree").Exists());
+	EXPECT_THAT(folder.Names(), ElementsAre("outside"));
 	EXPECT_EQ(folder.Read("outside/kept"), "kept");
 	EXPECT_FALSE(folder.Directory().Descend("tree").Delete());
 }
 
 TEST(TDirectoryTest, PatternsAreComparedFromTheEnd) {
 	const auto matches = [](const char* name, const char* pattern) { return MatchesFilePatterns(name, {pattern}); };
-	EXPECT_TRUE(matches("Config.XML", "*.xml"));
-	EXPECT_TRUE(matches("Config.xml", "*.XML"));
-	EXPECT_TRUE(matches("no extension", "*"));
-	EXPECT_TRUE(matches("no extension", "*.*"));
+	EXPECT_TRUE(matches("Config.XML", "*.xml") && matches("Config.xml", "*.XML"));
+	EXPECT_TRUE(matches("no extension", "*") && matches("no extension", "*.*"));
 	EXPECT_TRUE(matches("exact.txt", "Exact.txt"));
 	EXPECT_TRUE(matches("anything.xml", "prefix*.xml")) << "what stands before the * does not count";
-	EXPECT_FALSE(matches("xml", "*.xml"));
-	EXPECT_FALSE(matches("in exact.txt", "exact.txt"));
-	EXPECT_FALSE(matches("name", ""));
+	EXPECT_FALSE(matches("xml", "*.xml") || matches("in exact.txt", "exact.txt") || matches("name", ""));
 	EXPECT_TRUE(MatchesFilePatterns("b.wav", {"*.aif", "*.wav"}));
 	EXPECT_FALSE(MatchesFilePatterns("b.wav", {}));
 }
@@ -107,18 +84,16 @@ TEST(TDirectoryTest, ListingsTellFilesFromFolders) {
 		folder.Write(name, "123");
 	folder.Directory().Descend("sub.xml").Create(false);
 	const TDirectory directory = folder.Directory();
-	EXPECT_THAT(Texts(directory.ListFiles("*")), ElementsAre("A.XML", "b.xml", "c"));
-	EXPECT_THAT(Texts(directory.ListFiles("*.xml", true)), ElementsAre(".hidden.xml", "A.XML", "b.xml"));
-	EXPECT_THAT(Texts(directory.ListFolders("*.xml")), ElementsAre("sub.xml"));
+	EXPECT_THAT(directory.ListFiles("*"), ElementsAre("A.XML", "b.xml", "c"));
+	EXPECT_THAT(directory.ListFiles("*.xml", true), ElementsAre(".hidden.xml", "A.XML", "b.xml"));
+	EXPECT_THAT(directory.ListFolders("*.xml"), ElementsAre("sub.xml"));
 	EXPECT_TRUE(directory.HasFiles());
-	EXPECT_FALSE(directory.Descend("sub.xml").HasFiles());
-	EXPECT_THAT(Texts(directory.Descend("missing").ListFiles("*")), IsEmpty());
+	EXPECT_FALSE(directory.Descend("sub.xml").HasFiles() || directory.Descend("missing").HasFiles());
 }
 
 TEST(TDirectoryTest, PropertiesOfListedAndMissingFiles) {
 	const TTemporaryFolder folder;
 	folder.Write(".hidden", "12345");
-	std::filesystem::last_write_time(folder.PathOf(".hidden"), std::filesystem::file_time_type::clock::now());
 	const TList<TPtr<TFileProperties>> listed = folder.Directory().ListFileProperties({"*"}, true);
 	ASSERT_EQ(listed.Count(), 1);
 	EXPECT_EQ(listed[0]->mName, ".hidden");
@@ -127,10 +102,8 @@ TEST(TDirectoryTest, PropertiesOfListedAndMissingFiles) {
 	EXPECT_TRUE(listed[0]->mDate.IsValid() && listed[0]->mTime.IsValid());
 	EXPECT_EQ((TFileProperties::TDate{2026, 7, 9}.Text()), "2026-07-09");
 	EXPECT_EQ((TFileProperties::TTime{9, 5, 0}.Text()), "09:05:00");
-
 	const auto missing = MakePtr<TFileProperties>(folder.Directory().Path(), "missing");
 	EXPECT_FALSE(missing->mDate.IsValid() || missing->mTime.IsValid());
-	EXPECT_EQ(missing->mSize, 0);
 }
 
 TEST(TDirectoryTest, LatestChangeLooksBelowOnDemand) {
