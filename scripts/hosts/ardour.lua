@@ -92,15 +92,32 @@ local function connect_to_master(track)
 	end
 end
 
+local function wait_until(text, condition)
+	for _ = 1, 3000 do
+		if condition() then
+			return
+		end
+		ARDOUR.LuaAPI.usleep(10000)
+	end
+	fail("waited 30 seconds in vain until " .. text)
+end
+
+-- A value can be read as soon as it is set; the plug-in gets it with a block of the audio thread, which leaves a block
+-- out while another thread holds the session's locks.
 local function set_parameters(processor, settings)
 	for _, setting in ipairs(settings) do
 		local id, value = setting:match("^(%d+)=(.+)$")
 		if not ARDOUR.LuaAPI.set_processor_param(processor, tonumber(id), tonumber(value)) then
 			fail("Ardour cannot set parameter " .. id)
 		end
+		wait_until("parameter " .. id .. " is " .. value, function()
+			return math.abs(ARDOUR.LuaAPI.get_processor_param(processor, tonumber(id), 0) - tonumber(value)) < 1e-6
+		end)
 	end
-	-- The audio thread takes them up, in its own time on a busy machine.
-	ARDOUR.LuaAPI.usleep(2000000)
+	local target = AudioEngine:processed_samples() + 16 * kBlock
+	wait_until("the audio thread has played sixteen blocks", function()
+		return AudioEngine:processed_samples() >= target
+	end)
 end
 
 local function print_parameters(processor)

@@ -9,6 +9,7 @@ tempo=117.1875
 lead_in=$((2 * rate))
 lead_in_blocks=$((lead_in / 1024))
 lead_in_rest=$((lead_in % 1024))
+late=4
 
 scan_with_ardour() {
   local scanner wanted
@@ -21,45 +22,53 @@ scan_with_ardour() {
   echo "  scanned: two inputs, two outputs, one MIDI input"
 }
 
-# Now and then this exporter aborts in its own clean-up at the end, also without any plug-in in the session. Then it
-# gets another go; a file that is wrong does not.
+# Now and then this exporter aborts in its own clean-up at the end, also without any plug-in in the session; and on a
+# busy machine it sometimes starts its transport so that all song positions are four samples late. Then it gets another
+# go: only if its file is what a render gives that is told those positions, sample by sample.
 export_with_ardour() {
   local try status
   for try in 1 2 3 4 5; do
     status=0
     run_host "$home/export.txt" ardour7-export -b float -o "$home/$1.wav" "$home/session" session || status=$?
-    [ "$status" -ge 128 ] || break
-    echo "  (Ardour's exporter aborted, try $try)"
+    if [ "$status" -ge 128 ]; then
+      echo "  (Ardour's exporter aborted, try $try)"
+    elif [ "$status" -eq 0 ] && is_equal "$1.wav" late.wav "$lead_in"; then
+      echo "  (Ardour's exporter began $late samples late, and so did the plug-in, try $try)"
+    else
+      break
+    fi
   done
   [ "$status" -eq 0 ] || fail "Ardour cannot export" "$home/export.txt"
 }
 
 play_in_ardour() {
-  local lua=scripts/hosts/ardour.lua setting options=()
+  local lua=scripts/hosts/ardour.lua
   run_host "$home/make.txt" ardour7-lua "$lua" make "$home/session" "$home/drums" "$rate" "$frames" "$tempo" \
     "${settings[@]}" || fail "Ardour cannot make the session" "$home/make.txt"
   export_with_ardour first
   run_host "$home/reopen.txt" ardour7-lua "$lua" reopen "$home/session" "$rate" ||
     fail "Ardour cannot reopen the session" "$home/reopen.txt"
   export_with_ardour second
+}
+
+# render_like_an_export FILE SAMPLES: so many samples late
+render_like_an_export() {
+  local blocks setting options=()
   for setting in "${settings[@]}"; do
     options+=(--param "$setting")
   done
-  render_like_an_export "${options[@]}"
-}
-
-render_like_an_export() {
-  local blocks
   blocks=$(printf '1024,%.0s' $(seq $lead_in_blocks))$lead_in_rest,$((1024 - lead_in_rest))
   blocks+=$(printf ',1024%.0s' $(seq $((frames / 1024 + 1))))
-  sox "$home/drums.wav" "$home/late.wav" pad ${lead_in}s
-  "$vortel2" render --quiet "$home/late.wav" "$home/ours.wav" --bank "$home/bank.v2bnk" --tempo "$tempo" \
-    --position "$(python3 -c "print(-$lead_in_rest * $tempo / 60 / $rate)")" --block "$blocks" \
-    --stopped --play-at "$(python3 -c "print(($lead_in_blocks - 0.5) * 1024 / $rate)")" "$@"
+  "$vortel2" render --quiet "$home/padded.wav" "$home/$1" --bank "$home/bank.v2bnk" --tempo "$tempo" \
+    --position "$(python3 -c "print(-($lead_in_rest + $2) * $tempo / 60 / $rate)")" --block "$blocks" \
+    --stopped --play-at "$(python3 -c "print(($lead_in_blocks - 0.5) * 1024 / $rate)")" "${options[@]}"
 }
 
 echo "$(version_of ardour)"
 scan_with_ardour
+sox "$home/drums.wav" "$home/padded.wav" pad ${lead_in}s
+render_like_an_export ours.wav 0
+render_like_an_export late.wav $late
 play_in_ardour
 compare_parameters make reopen
 compare "export against the export after reopening" first.wav second.wav
