@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "framework/document/TApplicationPreferences.h"
 
-#include "framework/foundation/Folders.h"
-#include "framework/foundation/TFile.h"
-#include "framework/foundation/TLog.h"
-#include "framework/foundation/TReadableException.h"
-#include "framework/foundation/TSystemGlobals.h"
+#include "framework/foundation/files/Folders.h"
+#include "framework/foundation/files/TFile.h"
+#include "framework/foundation/files/TLog.h"
+#include "framework/foundation/process/TSystemGlobals.h"
+#include "framework/foundation/text/TReadableException.h"
 
 TString TApplicationPreferences::FilePath() {
 	const TDirectory folder = Folders::Preferences();

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/document/TDocumentRoot.h"
-#include "framework/document/TSerializable.h"
-#include "framework/foundation/TSingleton.h"
+#include "framework/document/observables/TSerializable.h"
+#include "framework/document/undo/TDocumentRoot.h"
+#include "framework/foundation/instance/TSingleton.h"
 
 /// The settings that hold for all instances on a machine, as a document: one object per plug-in instance, kept in
 /// "Config.xml" in the preferences folder of this version. Read after creation and written before destruction; where
