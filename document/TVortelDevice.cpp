@@ -8,7 +8,7 @@ TVortelDevice::TVortelDevice(TVortelDocument* document, int32_t deviceIndex)
       mDeviceIndex(deviceIndex),
       mName(TVortelParameterTable::Device(deviceIndex).mName),
       mFirstParameterId(TVortelParameterTable::Device(deviceIndex).mFirstId) {
-	mpRandomWeight = Add(mFirstParameterId + TVortelParameterTable::kWeight);
+	mpRandomWeight = Add(mFirstParameterId + VortelParameterIds::kWeight);
 	document->ProgramChangedBang().AddObserver({this, &TVortelDevice::OnDocumentProgramChanged});
 	document->SceneChangedBang().AddObserver({this, &TVortelDevice::OnDocumentSceneChanged});
 }
@@ -66,7 +66,7 @@ void TVortelDevice::NotifySceneChanged() {
 }
 
 void TVortelDevice::AddCommonParameters() {
-	using namespace TVortelParameterTable;
+	using namespace VortelParameterIds;
 	mpMixerMix = Add(mFirstParameterId + kMix);
 	mpMixerPanning = Add(mFirstParameterId + kPanning);
 	mpMixerVolume = Add(mFirstParameterId + kVolume);

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "document/TVortelDeviceParameter.h"
-#include "framework/document/TDocumentNode.h"
-#include "framework/document/TWeakPtr.h"
-#include "framework/foundation/TList.h"
+#include "framework/document/nodes/TDocumentNode.h"
+#include "framework/document/observables/TWeakPtr.h"
+#include "framework/foundation/memory/TList.h"
 
 #include <atomic>
 

@@ -4,7 +4,7 @@
 #include "document/TVortelDevice.h"
 #include "document/TVortelProgram.h"
 #include "document/TVortelScene.h"
-#include "framework/foundation/TRandom.h"
+#include "framework/foundation/values/TRandom.h"
 
 #include <algorithm>
 #include <cmath>
@@ -55,7 +55,7 @@ TString TVortelDeviceParameter::ToolTip() const {
 	const TVortelDeviceDeclaration& device =
 	    TVortelParameterTable::Device(TVortelParameterTable::DeviceOfParameter(Id()));
 	const TString toolTip = mDeclaration.mToolTip;
-	return Id() == device.mFirstId + TVortelParameterTable::kWeight ? TString(device.mName) + toolTip : toolTip;
+	return Id() == device.mFirstId + VortelParameterIds::kWeight ? TString(device.mName) + toolTip : toolTip;
 }
 
 void TVortelDeviceParameter::ResetToDefault() {

@@ -3,9 +3,9 @@
 
 #include "document/TVortelParameterTable.h"
 #include "document/TVortelValueConverter.h"
-#include "framework/document/TDocumentNode.h"
-#include "framework/document/TObservableBang.h"
-#include "framework/document/TWeakPtr.h"
+#include "framework/document/nodes/TDocumentNode.h"
+#include "framework/document/observables/TObservableBang.h"
+#include "framework/document/observables/TWeakPtr.h"
 
 class TVortelDevice;
 
@@ -47,6 +47,13 @@ public:
 	float Value() const { return NormalizedValue(); }
 
 	float RealValue() const;
+
+	/// Of a parameter that chooses one of several values.
+	template <class E>
+	E Choice() const {
+		return static_cast<E>(RealValue());
+	}
+
 	void SetValue(float value);
 	void SetValueByUser(float value);
 	void SetRealValue(float real);

@@ -6,9 +6,9 @@
 #include "document/TVortelIndexedNames.h"
 #include "document/TVortelMasterDevice.h"
 #include "document/VortelUpgrades.h"
-#include "framework/document/TNameRules.h"
-#include "framework/foundation/TFile.h"
-#include "framework/foundation/TRandom.h"
+#include "framework/document/nodes/TNameRules.h"
+#include "framework/foundation/files/TFile.h"
+#include "framework/foundation/values/TRandom.h"
 
 #include <algorithm>
 #include <chrono>

@@ -4,8 +4,8 @@
 #include "document/TVortelDevice.h"
 #include "document/TVortelProgram.h"
 #include "document/TVortelProgramNameGenerator.h"
-#include "framework/foundation/TCriticalSection.h"
-#include "framework/foundation/TParkMillerPRNG.h"
+#include "framework/foundation/threads/TCriticalSection.h"
+#include "framework/foundation/values/TParkMillerPRNG.h"
 #include "shell/TAudioPluginShell.h"
 
 #include <array>

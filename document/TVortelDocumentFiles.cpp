@@ -2,12 +2,12 @@
 #include "document/TVortelDocument.h"
 #include "document/TVortelPrefs.h"
 #include "document/TVortelProgram.h"
-#include "framework/foundation/TDirectory.h"
-#include "framework/foundation/TFile.h"
-#include "framework/foundation/TLog.h"
-#include "framework/foundation/TReadableException.h"
-#include "framework/foundation/TStream.h"
-#include "framework/foundation/TSystemGlobals.h"
+#include "framework/foundation/files/TDirectory.h"
+#include "framework/foundation/files/TFile.h"
+#include "framework/foundation/files/TLog.h"
+#include "framework/foundation/files/TStream.h"
+#include "framework/foundation/process/TSystemGlobals.h"
+#include "framework/foundation/text/TReadableException.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TVortelDocument.h"
 
-#include "framework/foundation/ProductInfo.h"
+#include "framework/foundation/values/ProductInfo.h"
 
 namespace {
 

@@ -6,31 +6,33 @@ namespace {
 /// A time is stepped unless the mode is "Free".
 void StepUnlessFree(
     const TPtr<TVortelDeviceParameter>& mode, std::initializer_list<const TPtr<TVortelDeviceParameter>*> times) {
-	const bool stepped = mode->RealValue() != 0.0f;
+	const bool stepped = mode->Choice<EVortelTimeMode>() != EVortelTimeMode::kFree;
 	for (const auto* time : times)
 		(*time)->Converter()->SetStepped(stepped);
 }
 
 } // namespace
 
-TVortelModulatorDevice::TVortelModulatorDevice(TVortelDocument* document) : TVortelDevice(document, 1) {
+TVortelModulatorDevice::TVortelModulatorDevice(TVortelDocument* document) : TVortelDevice(document, kModulatorDevice) {
+	using namespace VortelParameterIds::Modulator;
 	AddCommonParameters();
-	mpFrequency = Add(17);
-	mpAmount = Add(18);
-	mpOscVolume = Add(19);
-	mpFMAmount = Add(20);
-	mpFMAttack = Add(21);
-	mpFMRelease = Add(22);
-	mpSpread = Add(23);
+	mpFrequency = Add(kFrequency);
+	mpAmount = Add(kAmount);
+	mpOscVolume = Add(kOscVolume);
+	mpFMAmount = Add(kFMAmount);
+	mpFMAttack = Add(kFMAttack);
+	mpFMRelease = Add(kFMRelease);
+	mpSpread = Add(kSpread);
 	AddUnusedParameters();
 }
 
-TVortelTapeStopDevice::TVortelTapeStopDevice(TVortelDocument* document) : TVortelDevice(document, 2) {
+TVortelTapeStopDevice::TVortelTapeStopDevice(TVortelDocument* document) : TVortelDevice(document, kTapeStopDevice) {
+	using namespace VortelParameterIds::TapeStop;
 	AddCommonParameters();
-	mpSlowDown = Add(37);
-	mpSpeedUp = Add(38);
-	mpTimeMode = Add<TVortelTapeStopTimeModeParameter>(39);
-	mpPlayMode = Add(40);
+	mpSlowDown = Add(kSlowDown);
+	mpSpeedUp = Add(kSpeedUp);
+	mpTimeMode = Add<TVortelTapeStopTimeModeParameter>(kTimeMode);
+	mpPlayMode = Add(kPlayMode);
 	AddUnusedParameters();
 }
 
@@ -38,13 +40,14 @@ void TVortelTapeStopDevice::RefreshStepped() {
 	StepUnlessFree(mpTimeMode, {&mpSlowDown});
 }
 
-TVortelRetriggerDevice::TVortelRetriggerDevice(TVortelDocument* document) : TVortelDevice(document, 3) {
+TVortelRetriggerDevice::TVortelRetriggerDevice(TVortelDocument* document) : TVortelDevice(document, kRetriggerDevice) {
+	using namespace VortelParameterIds::Retrigger;
 	AddCommonParameters();
-	mpTimeMode = Add<TVortelRetriggerTimeModeParameter>(57);
-	mpTimeA = Add(58);
-	mpTimeB = Add(59);
-	mpABTime = Add(60);
-	mpDecay = Add(61);
+	mpTimeMode = Add<TVortelRetriggerTimeModeParameter>(kTimeMode);
+	mpTimeA = Add(kTimeA);
+	mpTimeB = Add(kTimeB);
+	mpABTime = Add(kABTime);
+	mpDecay = Add(kDecay);
 	AddUnusedParameters();
 }
 
@@ -52,12 +55,13 @@ void TVortelRetriggerDevice::RefreshStepped() {
 	StepUnlessFree(mpTimeMode, {&mpTimeA, &mpABTime});
 }
 
-TVortelReverserDevice::TVortelReverserDevice(TVortelDocument* document) : TVortelDevice(document, 4) {
+TVortelReverserDevice::TVortelReverserDevice(TVortelDocument* document) : TVortelDevice(document, kReverserDevice) {
+	using namespace VortelParameterIds::Reverser;
 	AddCommonParameters();
-	mpTime = Add(77);
-	mpTimeMode = Add<TVortelReverserTimeModeParameter>(78);
-	mpPointA = Add(79);
-	mpPointB = Add(80);
+	mpTime = Add(kTime);
+	mpTimeMode = Add<TVortelReverserTimeModeParameter>(kTimeMode);
+	mpPointA = Add(kPointA);
+	mpPointB = Add(kPointB);
 	AddUnusedParameters();
 }
 
@@ -65,52 +69,57 @@ void TVortelReverserDevice::RefreshStepped() {
 	StepUnlessFree(mpTimeMode, {&mpTime});
 }
 
-TVortelStretcherDevice::TVortelStretcherDevice(TVortelDocument* document) : TVortelDevice(document, 5) {
+TVortelStretcherDevice::TVortelStretcherDevice(TVortelDocument* document) : TVortelDevice(document, kStretcherDevice) {
+	using namespace VortelParameterIds::Stretcher;
 	AddCommonParameters();
-	mpSpeed = Add(97);
-	mpGrainSize = Add(98);
-	mpSmoothing = Add(99);
-	mpFMAmount = Add(100);
-	mpFMAttack = Add(101);
-	mpFMRelease = Add(102);
-	mpJitter = Add(103);
+	mpSpeed = Add(kSpeed);
+	mpGrainSize = Add(kGrainSize);
+	mpSmoothing = Add(kSmoothing);
+	mpFMAmount = Add(kFMAmount);
+	mpFMAttack = Add(kFMAttack);
+	mpFMRelease = Add(kFMRelease);
+	mpJitter = Add(kJitter);
 	AddUnusedParameters();
 }
 
-TVortelLofiDevice::TVortelLofiDevice(TVortelDocument* document) : TVortelDevice(document, 6) {
+TVortelLofiDevice::TVortelLofiDevice(TVortelDocument* document) : TVortelDevice(document, kLofiDevice) {
+	using namespace VortelParameterIds::Lofi;
 	AddCommonParameters();
-	mpFrequency = Add(117);
-	mpBitDepth = Add(118);
-	mpType = Add<TVortelLofiModeParameter>(119);
-	mpFMAmount = Add(120);
-	mpFMAttack = Add(121);
-	mpFMRelease = Add(122);
+	mpFrequency = Add(kFrequency);
+	mpBitDepth = Add(kBitDepth);
+	mpType = Add<TVortelLofiModeParameter>(kType);
+	mpFMAmount = Add(kFMAmount);
+	mpFMAttack = Add(kFMAttack);
+	mpFMRelease = Add(kFMRelease);
 	AddUnusedParameters();
 }
 
 void TVortelLofiDevice::RefreshStepped() {
-	mpBitDepth->Converter()->SetStepped(mpType->RealValue() == 1.0f);
+	mpBitDepth->Converter()->SetStepped(mpType->Choice<EVortelBitDepthType>() == EVortelBitDepthType::kUnsigned);
 }
 
-TVortelDistortionDevice::TVortelDistortionDevice(TVortelDocument* document) : TVortelDevice(document, 7) {
+TVortelDistortionDevice::TVortelDistortionDevice(TVortelDocument* document)
+    : TVortelDevice(document, kDistortionDevice) {
+	using namespace VortelParameterIds::Distortion;
 	AddCommonParameters();
-	mpType = Add(137);
-	mpDrive = Add(138);
-	mpTone = Add(139);
-	mpWetOut = Add(140);
-	mpDryOut = Add(141);
+	mpType = Add(kType);
+	mpDrive = Add(kDrive);
+	mpTone = Add(kTone);
+	mpWetOut = Add(kWetOut);
+	mpDryOut = Add(kDryOut);
 	AddUnusedParameters();
 }
 
-TVortelDelayDevice::TVortelDelayDevice(TVortelDocument* document) : TVortelDevice(document, 9) {
+TVortelDelayDevice::TVortelDelayDevice(TVortelDocument* document) : TVortelDevice(document, kDelayDevice) {
+	using namespace VortelParameterIds::Delay;
 	AddCommonParameters();
-	mpTime = Add(177);
-	mpTimeMode = Add<TVortelDelayTimeModeParameter>(178);
-	mpSlew = Add(180);
-	mpFeedback = Add(179);
-	mpSend = Add(181);
-	mpReturn = Add(183);
-	mpSpread = Add(182);
+	mpTime = Add(kTime);
+	mpTimeMode = Add<TVortelDelayTimeModeParameter>(kTimeMode);
+	mpSlew = Add(kSlew);
+	mpFeedback = Add(kFeedback);
+	mpSend = Add(kSend);
+	mpReturn = Add(kReturn);
+	mpSpread = Add(kSpread);
 	AddUnusedParameters();
 }
 
@@ -118,15 +127,16 @@ void TVortelDelayDevice::RefreshStepped() {
 	StepUnlessFree(mpTimeMode, {&mpTime});
 }
 
-TVortelShufflerDevice::TVortelShufflerDevice(TVortelDocument* document) : TVortelDevice(document, 10) {
+TVortelShufflerDevice::TVortelShufflerDevice(TVortelDocument* document) : TVortelDevice(document, kShufflerDevice) {
+	using namespace VortelParameterIds::Shuffler;
 	AddCommonParameters();
-	mpTimeMode = Add<TVortelShufflerTimeModeParameter>(197);
-	mpMinTime = Add(198);
-	mpMaxTime = Add(199);
-	mpShuffleChance = Add(200);
-	mpRange = Add(201);
-	mpRepeatChance = Add(202);
-	mpReverseChance = Add(203);
+	mpTimeMode = Add<TVortelShufflerTimeModeParameter>(kTimeMode);
+	mpMinTime = Add(kMinTime);
+	mpMaxTime = Add(kMaxTime);
+	mpShuffleChance = Add(kShuffleChance);
+	mpRange = Add(kRange);
+	mpRepeatChance = Add(kRepeatChance);
+	mpReverseChance = Add(kReverseChance);
 	AddUnusedParameters();
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TVortelEffectDevices.h"
-#include "framework/foundation/TRandom.h"
+#include "framework/foundation/values/TRandom.h"
 
 #include <array>
 
@@ -57,8 +57,8 @@ void TVortelLofiDevice::OnRandomize() {
 
 void TVortelDistortionDevice::OnRandomize() {
 	mpType->Randomize(0.0f, 1.0f);
-	const float type = mpType->RealValue();
-	if (type == 1.0f || type == 2.0f)
+	const auto type = mpType->Choice<EVortelDistortionType>();
+	if (type == EVortelDistortionType::kShape || type == EVortelDistortionType::kFold)
 		mpDrive->Randomize(0.2f, 0.8f);
 	else
 		mpDrive->Randomize(0.1f, 0.6f);

@@ -2,18 +2,19 @@
 #include "document/TVortelGaterDevice.h"
 
 #include "document/TVortelScene.h"
-#include "framework/foundation/TRandom.h"
+#include "framework/foundation/values/TRandom.h"
 
 #include <algorithm>
 
-TVortelGaterDevice::TVortelGaterDevice(TVortelDocument* document) : TVortelDevice(document, 8) {
+TVortelGaterDevice::TVortelGaterDevice(TVortelDocument* document) : TVortelDevice(document, kGaterDevice) {
+	using namespace VortelParameterIds::Gater;
 	for (int32_t i = 0; i < TVortelScene::kNumberOfGaterSteps; ++i)
 		mStepLevels[static_cast<std::size_t>(i)] = TVortelScene::DefaultGaterStep(i);
 	AddCommonParameters();
-	mpSmoothing = Add(157);
-	mpTime = Add(158);
-	mpTimeMode = Add<TVortelGaterTimeModeParameter>(159);
-	mpNumVolumeSteps = Add(160);
+	mpSmoothing = Add(kSmoothing);
+	mpTime = Add(kTime);
+	mpTimeMode = Add<TVortelGaterTimeModeParameter>(kTimeMode);
+	mpNumVolumeSteps = Add(kNumVolumeSteps);
 	AddUnusedParameters();
 }
 
@@ -65,7 +66,7 @@ void TVortelGaterDevice::OnSceneChanged() {
 }
 
 void TVortelGaterDevice::RefreshStepped() {
-	mpTime->Converter()->SetStepped(mpTimeMode->RealValue() != 0.0f);
+	mpTime->Converter()->SetStepped(mpTimeMode->Choice<EVortelTimeMode>() != EVortelTimeMode::kFree);
 }
 
 float TVortelGaterDevice::StepLevel(int32_t index) const noexcept {

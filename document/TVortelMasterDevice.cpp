@@ -3,8 +3,8 @@
 
 #include "document/TVortelDocument.h"
 
-TVortelMasterDevice::TVortelMasterDevice(TVortelDocument* document) : TVortelDevice(document, 0) {
-	using namespace TVortelParameterTable;
+TVortelMasterDevice::TVortelMasterDevice(TVortelDocument* document) : TVortelDevice(document, kMasterDevice) {
+	using namespace VortelParameterIds;
 	mpMixerMix = Add<TVortelMasterMixParameter>(kMix);
 	mpMixerPanning = Add<TVortelMasterPanningParameter>(kPanning);
 	mpMixerVolume = Add<TVortelMasterVolumeParameter>(kVolume);

@@ -117,98 +117,107 @@ constexpr TDeclaration FollowerAmount(int32_t id, TRealRange range) {
 	return Bipolar(Linear(id, "FM Depth", range, "Hz", "%.0f", 0.0f, "Amount of frequency modulation."));
 }
 
+using namespace VortelParameterIds;
+
 constexpr TDeclaration kSlowDown =
-    BeatTime(37, "Slow Down", {0.5f, 64.0f}, 4.0f, "How quickly the sound will slow to a halt.");
-constexpr TDeclaration kInitialSpeed = BeatTime(58, "Initial Speed", {4.0f, 256.0f}, 64.0f, "Initial retrigger speed.");
-constexpr TDeclaration kMinTime = BeatTime(198, "Min Time", {4.0f, 256.0f}, 16.0f, "Minimum slice length.");
+    BeatTime(TapeStop::kSlowDown, "Slow Down", {0.5f, 64.0f}, 4.0f, "How quickly the sound will slow to a halt.");
+constexpr TDeclaration kInitialSpeed =
+    BeatTime(Retrigger::kTimeA, "Initial Speed", {4.0f, 256.0f}, 64.0f, "Initial retrigger speed.");
+constexpr TDeclaration kMinTime =
+    BeatTime(Shuffler::kMinTime, "Min Time", {4.0f, 256.0f}, 16.0f, "Minimum slice length.");
 
 constexpr TDeclaration kOwnParameters[] = {
     // Modulator
-    Frequency(17, "Frequency", {1.0f, 5000.0f}, 440.0f, "Modulation frequency."),
-    Percent(18, "Depth", 1.0f, "Modulation depth."),
-    Percent(19, "Osc Vol", 0.0f, "Oscillator signal level."),
-    FollowerAmount(20, {-5000.0f, 5000.0f}),
-    FollowerAttack(21, "FM Attack"),
-    FollowerRelease(21, 22, "FM Release"),
-    Bipolar(Linear(23, "Spread", {-180.0f, 180.0f}, "\xC2\xB0", "%.01f", 0.0f, "Stereo spread.")),
+    Frequency(Modulator::kFrequency, "Frequency", {1.0f, 5000.0f}, 440.0f, "Modulation frequency."),
+    Percent(Modulator::kAmount, "Depth", 1.0f, "Modulation depth."),
+    Percent(Modulator::kOscVolume, "Osc Vol", 0.0f, "Oscillator signal level."),
+    FollowerAmount(Modulator::kFMAmount, {-5000.0f, 5000.0f}),
+    FollowerAttack(Modulator::kFMAttack, "FM Attack"),
+    FollowerRelease(Modulator::kFMAttack, Modulator::kFMRelease, "FM Release"),
+    Bipolar(Linear(Modulator::kSpread, "Spread", {-180.0f, 180.0f}, "\xC2\xB0", "%.01f", 0.0f, "Stereo spread.")),
     // Tape Stop
     kSlowDown,
-    Sharing(kSlowDown, 38, "Speed Up", 1.0f, "How quickly the sound will speed up again."),
-    TimeMode(39),
-    Enum(40, "Play Mode", kPlayModes, 1, "Play mode."),
+    Sharing(kSlowDown, TapeStop::kSpeedUp, "Speed Up", 1.0f, "How quickly the sound will speed up again."),
+    TimeMode(TapeStop::kTimeMode),
+    Enum(TapeStop::kPlayMode, "Play Mode", kPlayModes, 1, "Play mode."),
     // Retrigger
-    TimeMode(57),
+    TimeMode(Retrigger::kTimeMode),
     kInitialSpeed,
-    Sharing(kInitialSpeed, 59, "Final Speed", 16.0f, "Final retrigger speed."),
+    Sharing(kInitialSpeed, Retrigger::kTimeB, "Final Speed", 16.0f, "Final retrigger speed."),
     BeatTime(
-        60, "Transition", {1.0f, 16.0f}, 4.0f,
+        Retrigger::kABTime, "Transition", {1.0f, 16.0f}, 4.0f,
         "The time it takes to transition from the initial speed to the final speed."),
-    Percent(61, "Decay", 0.0f, "How quickly the sound fades to silence."),
+    Percent(Retrigger::kDecay, "Decay", 0.0f, "How quickly the sound fades to silence."),
     // Reverser
-    BeatTime(77, "Time", {1.0f, 256.0f}, 32.0f, "Maximum duration of the reverser loop."),
-    TimeMode(78),
-    Percent(79, "Point A", 0.0f, "Left loop boundary."),
-    Percent(80, "Point B", 1.0f, "Right loop boundary."),
+    BeatTime(Reverser::kTime, "Time", {1.0f, 256.0f}, 32.0f, "Maximum duration of the reverser loop."),
+    TimeMode(Reverser::kTimeMode),
+    Percent(Reverser::kPointA, "Point A", 0.0f, "Left loop boundary."),
+    Percent(Reverser::kPointB, "Point B", 1.0f, "Right loop boundary."),
     // Stretcher
-    Percent(97, "Speed", 0.25f, "Playback speed."),
-    Linear(98, "Grain Size", {1.0f, 100.0f}, "ms", "%.01f", 25.0f, "Grain size."),
-    Percent(99, "Smoothing", 0.5f, "Amount of cross-fading between grains."),
+    Percent(Stretcher::kSpeed, "Speed", 0.25f, "Playback speed."),
+    Linear(Stretcher::kGrainSize, "Grain Size", {1.0f, 100.0f}, "ms", "%.01f", 25.0f, "Grain size."),
+    Percent(Stretcher::kSmoothing, "Smoothing", 0.5f, "Amount of cross-fading between grains."),
     Bipolar(Linear(
-        100, "GM Depth", {-50.0f, 50.0f}, "ms", "%.01f", 0.0f,
+        Stretcher::kFMAmount, "GM Depth", {-50.0f, 50.0f}, "ms", "%.01f", 0.0f,
         "How much the grain size is modulated by the envelope follower.")),
-    FollowerAttack(101, "GM Attack"),
-    FollowerRelease(101, 102, "GM Release"),
-    WithPrefix("+/- ", Percent(103, "Jitter", 0.0f, "Randomly vary the grain size.")),
+    FollowerAttack(Stretcher::kFMAttack, "GM Attack"),
+    FollowerRelease(Stretcher::kFMAttack, Stretcher::kFMRelease, "GM Release"),
+    WithPrefix("+/- ", Percent(Stretcher::kJitter, "Jitter", 0.0f, "Randomly vary the grain size.")),
     // Lofi
-    Frequency(117, "Frequency", {1.0f, 22050.0f}, 11025.0f, "Frequency."),
-    Curve(EVortelCurve::kBitDepth, Linear(118, "Bit Depth", {1.0f, 13.0f}, "Bit", "%.02f", 8.0f, "Bit depth.")),
+    Frequency(Lofi::kFrequency, "Frequency", {1.0f, 22050.0f}, 11025.0f, "Frequency."),
+    Curve(
+        EVortelCurve::kBitDepth,
+        Linear(Lofi::kBitDepth, "Bit Depth", {1.0f, 13.0f}, "Bit", "%.02f", 8.0f, "Bit depth.")),
     Enum(
-        119, "Type", kBitDepthTypes, 0,
+        Lofi::kType, "Type", kBitDepthTypes, 0,
         "Type of bit depth reduction.\n"
         "Warning: Unsigned mode can produce very loud output at low bit depths."),
-    FollowerAmount(120, {-10000.0f, 10000.0f}),
-    FollowerAttack(121, "FM Attack"),
-    FollowerRelease(121, 122, "FM Release"),
+    FollowerAmount(Lofi::kFMAmount, {-10000.0f, 10000.0f}),
+    FollowerAttack(Lofi::kFMAttack, "FM Attack"),
+    FollowerRelease(Lofi::kFMAttack, Lofi::kFMRelease, "FM Release"),
     // Distortion
-    Enum(137, "Type", kDistortionTypes, 0, "Distortion Type."),
-    Percent(138, "Drive", 0.2f, "Drive."),
-    Bipolar(Linear(139, "Tone", {-100.0f, 100.0f}, "%", "%.01f", 0.0f, "Tone.")),
-    Percent(140, "Wet", 0.75f, "Amount of wet signal to output."),
-    Percent(141, "Dry", 0.0f, "Amount of dry signal to output."),
+    Enum(Distortion::kType, "Type", kDistortionTypes, 0, "Distortion Type."),
+    Percent(Distortion::kDrive, "Drive", 0.2f, "Drive."),
+    Bipolar(Linear(Distortion::kTone, "Tone", {-100.0f, 100.0f}, "%", "%.01f", 0.0f, "Tone.")),
+    Percent(Distortion::kWetOut, "Wet", 0.75f, "Amount of wet signal to output."),
+    Percent(Distortion::kDryOut, "Dry", 0.0f, "Amount of dry signal to output."),
     // Gater
-    Percent(157, "Smoothing", 0.05f, "Amount of smoothing between steps."),
-    BeatTime(158, "Step Time", {4.0f, 256.0f}, 32.0f, "Duration of each gate step."),
-    TimeMode(159),
-    Stepped(Linear(160, "Vol Steps", {2.0f, 16.0f}, "", "%.01f", 8.0f, "Set the envelope length.")),
+    Percent(Gater::kSmoothing, "Smoothing", 0.05f, "Amount of smoothing between steps."),
+    BeatTime(Gater::kTime, "Step Time", {4.0f, 256.0f}, 32.0f, "Duration of each gate step."),
+    TimeMode(Gater::kTimeMode),
+    Stepped(Linear(Gater::kNumVolumeSteps, "Vol Steps", {2.0f, 16.0f}, "", "%.01f", 8.0f, "Set the envelope length.")),
     // Delay
-    BeatTime(177, "Time", {4.0f, 256.0f}, 16.0f, "Delay time."),
-    TimeMode(178),
-    Percent(179, "Feedback", 0.5f, "Feedback."),
-    Percent(180, "Slew", 0.5f, "How quickly the delay responds to time changes."),
-    Percent(181, "Send", 0.5f, "Amount of dry signal sent into the delay line."),
-    Bipolar(Linear(182, "Spread", {-100.0f, 100.0f}, "%", "%.01f", 0.0f, "Stereo spread/separation.")),
-    Percent(183, "Return", 1.0f, "Amount of wet signal returned from the delay line."),
+    BeatTime(Delay::kTime, "Time", {4.0f, 256.0f}, 16.0f, "Delay time."),
+    TimeMode(Delay::kTimeMode),
+    Percent(Delay::kFeedback, "Feedback", 0.5f, "Feedback."),
+    Percent(Delay::kSlew, "Slew", 0.5f, "How quickly the delay responds to time changes."),
+    Percent(Delay::kSend, "Send", 0.5f, "Amount of dry signal sent into the delay line."),
+    Bipolar(Linear(Delay::kSpread, "Spread", {-100.0f, 100.0f}, "%", "%.01f", 0.0f, "Stereo spread/separation.")),
+    Percent(Delay::kReturn, "Return", 1.0f, "Amount of wet signal returned from the delay line."),
     // Shuffler
-    TimeMode(197),
+    TimeMode(Shuffler::kTimeMode),
     kMinTime,
-    Sharing(kMinTime, 199, "Max Time", 4.0f, "Maximum slice length."),
-    Percent(200, "Shuffle", 1.0f, "Chance to pick a random slice."),
+    Sharing(kMinTime, Shuffler::kMaxTime, "Max Time", 4.0f, "Maximum slice length."),
+    Percent(Shuffler::kShuffleChance, "Shuffle", 1.0f, "Chance to pick a random slice."),
     Stepped(Linear(
-        201, "Range", {1.0f, 8.0f}, "beats", "%.01f", 2.0f, "How far back in the audio buffer to pick slices from.")),
-    Percent(202, "Repeat", 0.0f, "Chance to repeat the previous slice."),
-    Percent(203, "Reverse", 0.0f, "Chance to play a slice backwards."),
+        Shuffler::kRange, "Range", {1.0f, 8.0f}, "beats", "%.01f", 2.0f,
+        "How far back in the audio buffer to pick slices from.")),
+    Percent(Shuffler::kRepeatChance, "Repeat", 0.0f, "Chance to repeat the previous slice."),
+    Percent(Shuffler::kReverseChance, "Reverse", 0.0f, "Chance to play a slice backwards."),
 };
 
 /// A device's common parameters. The tool tip of a weight begins with the device's name, which the parameter adds.
 constexpr std::array<TDeclaration, TVortelParameterTable::kNumberOfCommonParameters> CommonParameters(int32_t first) {
 	return {
-	    Linear(first + 0, "Weight", {0.0f, 100.0f}, "%", "%.0f", 50.0f, " weight."),
-	    Percent(first + 1, "Mix", 1.0f, "Dry/wet mix."),
-	    Bipolar(Curve(EVortelCurve::kPanning, Linear(first + 2, "Pan", {0.0f, 1.0f}, "", "%.2f", 0.5f, "Panning"))),
-	    Linear(first + 3, "Volume", {0.0f, 200.0f}, "%", "%.01f", 100.0f, "Volume."),
-	    Enum(first + 4, "Type", kFilterTypes, 0, ""),
-	    WithNormalizedDefault(0.5f, Frequency(first + 5, "Freq", {20.0f, 20000.0f}, 0.0f, "Filter frequency.")),
-	    Percent(first + 6, "Q", 0.2f, "Filter Q/bandwidth."),
+	    Linear(first + kWeight, "Weight", {0.0f, 100.0f}, "%", "%.0f", 50.0f, " weight."),
+	    Percent(first + kMix, "Mix", 1.0f, "Dry/wet mix."),
+	    Bipolar(
+	        Curve(EVortelCurve::kPanning, Linear(first + kPanning, "Pan", {0.0f, 1.0f}, "", "%.2f", 0.5f, "Panning"))),
+	    Linear(first + kVolume, "Volume", {0.0f, 200.0f}, "%", "%.01f", 100.0f, "Volume."),
+	    Enum(first + kFilterType, "Type", kFilterTypes, 0, ""),
+	    WithNormalizedDefault(
+	        0.5f, Frequency(first + kFilterFrequency, "Freq", {20.0f, 20000.0f}, 0.0f, "Filter frequency.")),
+	    Percent(first + kFilterQ, "Q", 0.2f, "Filter Q/bandwidth."),
 	};
 }
 
@@ -229,10 +238,10 @@ constexpr TTable BuildTable() {
 	for (const TDeclaration& own : kOwnParameters)
 		table[static_cast<std::size_t>(own.mId)] = own;
 
-	table[1] = WithToolTip(table[1], "Master dry/wet mix.");
-	table[2] = WithToolTip(table[2], "Master panning.");
-	table[3] = WithToolTip(table[3], "Master volume level.");
-	for (int32_t id = 4; id <= 6; ++id) { // the master has no filter
+	table[kMix] = WithToolTip(table[kMix], "Master dry/wet mix.");
+	table[kPanning] = WithToolTip(table[kPanning], "Master panning.");
+	table[kVolume] = WithToolTip(table[kVolume], "Master volume level.");
+	for (const int32_t id : {kFilterType, kFilterFrequency, kFilterQ}) { // the master has no filter
 		table[static_cast<std::size_t>(id)] = TDeclaration{};
 		table[static_cast<std::size_t>(id)].mId = id;
 	}

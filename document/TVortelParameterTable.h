@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "document/TVortelParameterIds.h"
 #include "document/TVortelValueConverter.h"
-#include "framework/foundation/TPtr.h"
+#include "framework/foundation/memory/TPtr.h"
 
 #include <array>
 #include <cstdint>
@@ -44,9 +45,6 @@ namespace TVortelParameterTable {
 inline constexpr int32_t kNumberOfParameters = 210;
 inline constexpr int32_t kNumberOfDevices = 11;
 inline constexpr int32_t kNumberOfCommonParameters = 7; // weight, mixer and filter, at the front of every device
-
-/// Offsets of the common parameters from a device's first id.
-enum ECommonParameter : int32_t { kWeight, kMix, kPanning, kVolume, kFilterType, kFilterFrequency, kFilterQ };
 
 /// Ids outside 0 to 209 give the declaration of id 209.
 const TVortelParameterDeclaration& Declaration(int32_t id) noexcept;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TVortelPrefs.h"
 
-#include "framework/document/TNameRules.h"
-#include "framework/foundation/Folders.h"
-#include "framework/gui/TBaseViewsPrefs.h"
+#include "framework/document/nodes/TNameRules.h"
+#include "framework/foundation/files/Folders.h"
+#include "framework/gui/events/TBaseViewsPrefs.h"
 
 TVortelPrefs::TVortelPrefs()
     : mpShowToolTips(TBaseViewsPrefs::Instance()->ShowTooltips()),

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "framework/document/TApplicationPreferences.h"
-#include "framework/document/TObservableBaseType.h"
+#include "framework/document/observables/TObservableBaseType.h"
 
 /// The preferences of this plug-in. Made and ended explicitly, in each instance that has a user; the command-line
 /// program has none. Needs TBaseViewsPrefs.

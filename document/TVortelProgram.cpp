@@ -2,8 +2,8 @@
 #include "document/TVortelProgram.h"
 
 #include "document/TVortelIndexedNames.h"
-#include "framework/document/TNameRules.h"
-#include "framework/foundation/TRandom.h"
+#include "framework/document/nodes/TNameRules.h"
+#include "framework/foundation/values/TRandom.h"
 
 #include <algorithm>
 #include <numeric>

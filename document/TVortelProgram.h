@@ -2,10 +2,10 @@
 #pragma once
 
 #include "document/TVortelScene.h"
-#include "framework/document/TDocumentNode.h"
-#include "framework/document/TObservableBang.h"
-#include "framework/document/TObservableBaseType.h"
-#include "framework/document/TSerializableList.h"
+#include "framework/document/nodes/TDocumentNode.h"
+#include "framework/document/observables/TObservableBang.h"
+#include "framework/document/observables/TObservableBaseType.h"
+#include "framework/document/observables/TSerializableList.h"
 
 #include <array>
 

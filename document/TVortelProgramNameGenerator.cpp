@@ -2,7 +2,7 @@
 #include "document/TVortelProgramNameGenerator.h"
 
 #include "document/TVortelProgramNameWords.h"
-#include "framework/foundation/TRandom.h"
+#include "framework/foundation/values/TRandom.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/TList.h"
-#include "framework/foundation/TReferenceCountable.h"
-#include "framework/foundation/TString.h"
+#include "framework/foundation/memory/TList.h"
+#include "framework/foundation/memory/TReferenceCountable.h"
+#include "framework/foundation/text/TString.h"
 
 /// Makes up names of two or three words for programs, drawn with the general generator. Neighbouring words never begin
 /// with the same two letters. Held by the document; main thread.

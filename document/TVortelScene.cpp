@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TVortelScene.h"
 
-#include "framework/document/TNameRules.h"
+#include "framework/document/nodes/TNameRules.h"
 
 #include <array>
 #include <cmath>

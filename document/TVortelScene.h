@@ -3,9 +3,9 @@
 
 #include "document/TVortelParameterTable.h"
 #include "document/TVortelSequencer.h"
-#include "framework/document/TDocumentNode.h"
-#include "framework/document/TObservableBaseType.h"
-#include "framework/document/TSerializableList.h"
+#include "framework/document/nodes/TDocumentNode.h"
+#include "framework/document/observables/TObservableBaseType.h"
+#include "framework/document/observables/TSerializableList.h"
 
 /// One complete setting of the effect: all parameter values, a pattern, a seed and the Gater's step levels.
 /// Written by the main thread (host automation: also by the host's); the audio thread reads values without a lock.

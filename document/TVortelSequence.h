@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/document/TSerializable.h"
-#include "framework/foundation/TString.h"
+#include "framework/document/observables/TSerializable.h"
+#include "framework/foundation/text/TString.h"
 
 #include <array>
 #include <atomic>

@@ -2,7 +2,7 @@
 #include "document/TVortelSequencer.h"
 
 #include "document/TVortelIndexedNames.h"
-#include "framework/document/TNameRules.h"
+#include "framework/document/nodes/TNameRules.h"
 
 #include <algorithm>
 

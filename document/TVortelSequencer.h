@@ -3,8 +3,8 @@
 
 #include "document/TVortelParameterTable.h"
 #include "document/TVortelSequence.h"
-#include "framework/document/TDocumentNode.h"
-#include "framework/document/TObservableBaseType.h"
+#include "framework/document/nodes/TDocumentNode.h"
+#include "framework/document/observables/TObservableBaseType.h"
 
 #include <array>
 

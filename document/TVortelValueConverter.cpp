@@ -82,6 +82,11 @@ float TVortelValueConverter::NormalizedFromReal(float real) const noexcept {
 	return ClampNormalized((RoundIf(IsStepped(), real) - mRange.mFirst) / (mRange.mSecond - mRange.mFirst));
 }
 
+float TVortelValueConverter::SteppedNeighbour(float normalized, int32_t direction) const noexcept {
+	const float step = NormalizedStep();
+	return (std::round(normalized / step) + static_cast<float>(direction)) * step;
+}
+
 TString TVortelValueConverter::TextFromReal(float real, const TString& format) const {
 	return mPrefix + TString::ToString(real, format);
 }

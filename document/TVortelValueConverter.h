@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/TPair.h"
-#include "framework/foundation/TReferenceCountable.h"
-#include "framework/foundation/TString.h"
+#include "framework/foundation/memory/TReferenceCountable.h"
+#include "framework/foundation/text/TString.h"
+#include "framework/foundation/values/TPair.h"
 
 #include <atomic>
 #include <span>
@@ -33,6 +33,12 @@ public:
 	virtual bool NormalizedFromText(float* result, const TString& text) const;
 	virtual float RealFromNormalized(float normalized) const noexcept;
 	virtual float NormalizedFromReal(float real) const noexcept;
+
+	/// What one unit of a stepped value (one exponent, on a power-of-two curve) is on the normalised scale.
+	virtual float NormalizedStep() const noexcept { return 1.0f / (mRange.mSecond - mRange.mFirst); }
+
+	/// The next stepped value in that direction (-1 or 1), normalised; it may lie outside 0 to 1.
+	float SteppedNeighbour(float normalized, int32_t direction) const noexcept;
 
 	const TRange& Range() const noexcept { return mRange; }
 
@@ -82,6 +88,8 @@ public:
 	bool NormalizedFromText(float* result, const TString& text) const override;
 	float RealFromNormalized(float normalized) const noexcept override;
 	float NormalizedFromReal(float real) const noexcept override;
+
+	float NormalizedStep() const noexcept override { return 1.0f / (mLog2Maximum - mLog2Minimum); }
 
 private:
 	float mLog2Minimum;

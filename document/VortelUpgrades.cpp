@@ -5,7 +5,7 @@
 #include "document/TVortelProgram.h"
 #include "document/TVortelScene.h"
 #include "document/TVortelValueConverter.h"
-#include "framework/document/TDocumentTranslator.h"
+#include "framework/document/xml/TDocumentTranslator.h"
 
 namespace {
 

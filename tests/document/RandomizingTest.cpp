@@ -2,7 +2,7 @@
 #include "document/TVortelDocument.h"
 #include "document/TVortelEffectDevices.h"
 #include "document/TVortelGaterDevice.h"
-#include "framework/foundation/TRandom.h"
+#include "framework/foundation/values/TRandom.h"
 #include "tests/support/TDocumentFixture.h"
 #include "tests/support/TStringPrinter.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TVortelDocument.h"
 
-#include "framework/foundation/TStream.h"
-#include "framework/foundation/TSystemGlobals.h"
+#include "framework/foundation/files/TStream.h"
+#include "framework/foundation/process/TSystemGlobals.h"
 #include "tests/support/TFrameworkFixture.h"
 #include "tests/support/TStringPrinter.h"
 #include "tests/support/TTemporaryFolder.h"

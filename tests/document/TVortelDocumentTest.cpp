@@ -2,7 +2,7 @@
 #include "document/TVortelDocument.h"
 
 #include "document/TVortelEffectDevices.h"
-#include "framework/foundation/TThreadCommunicator.h"
+#include "framework/foundation/commands/TThreadCommunicator.h"
 #include "tests/support/TDocumentFixture.h"
 
 #include <cmath>

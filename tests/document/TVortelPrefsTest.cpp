@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TVortelPrefs.h"
 
-#include "framework/foundation/Folders.h"
-#include "framework/foundation/TSystemGlobals.h"
-#include "framework/gui/TBaseViewsPrefs.h"
+#include "framework/foundation/files/Folders.h"
+#include "framework/foundation/process/TSystemGlobals.h"
+#include "framework/gui/events/TBaseViewsPrefs.h"
 #include "platform/headless/THeadlessFolders.h"
 #include "tests/support/TFrameworkFixture.h"
 #include "tests/support/TSmallDisk.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TVortelSequencer.h"
-#include "framework/foundation/TRandom.h"
+#include "framework/foundation/values/TRandom.h"
 #include "tests/support/TFrameworkFixture.h"
 
 #include <limits>
