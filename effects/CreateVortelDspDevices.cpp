@@ -19,27 +19,27 @@
 
 TPtr<TVortelDspDevice> CreateVortelDspDevice(TVortelDocument& document, TVortelDspDevice::THost* host, int32_t index) {
 	switch (index) {
-	case 0:
+	case kMasterDevice:
 		return MakePtr<TVortelMasterDspDevice>(document.MasterDevice(), host, index);
-	case 1:
+	case kModulatorDevice:
 		return MakePtr<TVortelModulatorDspDevice>(document.ModulatorDevice(), host, index);
-	case 2:
+	case kTapeStopDevice:
 		return MakePtr<TVortelTapeStopDspDevice>(document.TapeStopDevice(), host, index);
-	case 3:
+	case kRetriggerDevice:
 		return MakePtr<TVortelRetriggerDspDevice>(document.RetriggerDevice(), host, index);
-	case 4:
+	case kReverserDevice:
 		return MakePtr<TVortelReverserDspDevice>(document.ReverserDevice(), host, index);
-	case 5:
+	case kStretcherDevice:
 		return MakePtr<TVortelStretcherDspDevice>(document.StretcherDevice(), host, index);
-	case 6:
+	case kLofiDevice:
 		return MakePtr<TVortelLofiDspDevice>(document.LofiDevice(), host, index);
-	case 7:
+	case kDistortionDevice:
 		return MakePtr<TVortelDistortionDspDevice>(document.DistortionDevice(), host, index);
-	case 8:
+	case kGaterDevice:
 		return MakePtr<TVortelGaterDspDevice>(document.GaterDevice(), host, index);
-	case 9:
+	case kDelayDevice:
 		return MakePtr<TVortelDelayDspDevice>(document.DelayDevice(), host, index);
-	case 10:
+	case kShufflerDevice:
 		return MakePtr<TVortelShufflerDspDevice>(document.ShufflerDevice(), host, index);
 	default:
 		return nullptr;

@@ -7,17 +7,9 @@
 #include <array>
 #include <cmath>
 
-namespace {
+using namespace VortelParameterIds::Delay;
 
-enum TParameterId : int32_t {
-	kTime = 177,
-	kMode = 178,
-	kFeedback = 179,
-	kSlew = 180,
-	kSend = 181,
-	kSpread = 182,
-	kReturn = 183
-};
+namespace {
 
 constexpr double kMaximumDelayInSeconds = 60.0 / 32.0 * 1.5;
 constexpr double kSlowestGlide = 1e-5;
@@ -53,7 +45,7 @@ void TVortelDelayDspDevice::ComputeGlide() {
 }
 
 void TVortelDelayDspDevice::OnParametersChanged() {
-	const auto mode = static_cast<EVortelTimeMode>(mModeParameter.ReadWhole(*Scene()));
+	const auto mode = mModeParameter.ReadChoice<EVortelTimeMode>(*Scene());
 	const float time = mTimeParameter.Read(*Scene());
 	const float spread = Scene()->ParameterValue(kSpread);
 	if (mode != mMode || time != mTime || spread != mSpread) {

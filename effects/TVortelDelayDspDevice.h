@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "effects/TVADelayLine.h"
 #include "effects/TVortelDspDevice.h"
-#include "effects/TVortelTempoSync.h"
+#include "effects/blocks/TVADelayLine.h"
+#include "effects/blocks/TVortelTempoSync.h"
 
 class TVortelDelayDevice;
 

@@ -2,16 +2,16 @@
 #include "effects/TVortelDistortionDspDevice.h"
 
 #include "document/TVortelEffectDevices.h"
-#include "effects/TVortelBuffers.h"
-#include "effects/VectorMath.h"
+#include "effects/blocks/TVortelBuffers.h"
+#include "effects/blocks/VectorMath.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 
-namespace {
+using namespace VortelParameterIds::Distortion;
 
-enum TParameterId : int32_t { kTypeId = 137, kDriveId = 138, kToneId = 139, kWetId = 140, kDryId = 141 };
+namespace {
 
 using VectorMath::TQuad;
 
@@ -200,14 +200,14 @@ void TVortelDistortionDspDevice::UpdateTone() {
 }
 
 void TVortelDistortionDspDevice::OnParametersChanged() {
-	if (const int type = mTypeParameter.ReadWhole(*Scene()); type != mType) {
+	if (const auto type = mTypeParameter.ReadChoice<EVortelDistortionType>(*Scene()); type != mType) {
 		mType = type;
 		OnTypeChanged();
 	}
-	mDriveRamp.SetTarget(Scene()->ParameterValue(kDriveId));
-	mTone = Scene()->ParameterValue(kToneId);
-	mWetRamp.SetTarget(Scene()->ParameterValue(kWetId));
-	mDryRamp.SetTarget(Scene()->ParameterValue(kDryId));
+	mDriveRamp.SetTarget(Scene()->ParameterValue(kDrive));
+	mTone = Scene()->ParameterValue(kTone);
+	mWetRamp.SetTarget(Scene()->ParameterValue(kWetOut));
+	mDryRamp.SetTarget(Scene()->ParameterValue(kDryOut));
 	UpdateTone();
 }
 
@@ -228,11 +228,11 @@ void TVortelDistortionDspDevice::OnTypeChanged() {
 
 void TVortelDistortionDspDevice::ProcessEffect(float* left, float* right, int count) {
 	switch (mType) {
-	case kShape:
+	case EVortelDistortionType::kShape:
 		return ProcessWith<TShapeCurve>(left, right, count);
-	case kFold:
+	case EVortelDistortionType::kFold:
 		return ProcessWith<TFoldCurve>(left, right, count);
-	case kShift:
+	case EVortelDistortionType::kShift:
 		return ProcessWith<TShiftCurve>(left, right, count);
 	default:
 		return ProcessWith<TRazorCurve>(left, right, count);

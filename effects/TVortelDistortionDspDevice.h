@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "effects/TVABiquadFilter.h"
 #include "effects/TVortelDspDevice.h"
+#include "effects/blocks/TVABiquadFilter.h"
 
 #include <array>
 #include <emmintrin.h>
@@ -26,8 +26,6 @@ protected:
 	virtual void OnTypeChanged();
 
 private:
-	enum TType : int { kRazor = 0, kShape = 1, kFold = 2, kShift = 3 };
-
 	/// A left and a right value of the filter that takes DC out of the rectified signal; floats, kept as doubles.
 	struct TShiftState {
 		__m128d mOut = _mm_setzero_pd();
@@ -56,7 +54,7 @@ private:
 	void UpdateTone();
 
 	TVortelConvertedParameter mTypeParameter;
-	int mType = kRazor;
+	EVortelDistortionType mType = EVortelDistortionType::kRazor;
 	TRampable<float> mDriveRamp{0.2f, 1.0f / 32.0f};
 	float mTone = 0.5f;
 	TRampable<float> mWetRamp{0.75f, 1.0f / 256.0f};

@@ -3,8 +3,8 @@
 
 #include "document/TVortelDevice.h"
 #include "document/TVortelProgram.h"
-#include "effects/MixRamped.h"
-#include "effects/TVortelBuffers.h"
+#include "effects/blocks/MixRamped.h"
+#include "effects/blocks/TVortelBuffers.h"
 
 #include <algorithm>
 #include <cassert>
@@ -52,7 +52,7 @@ TVortelDspDevice::TVortelDspDevice(TVortelDevice* device, THost* host, int32_t i
       mpEngine(host),
       mDeviceIndex(index),
       mFirstParameterId(device->FirstParameterId()) {
-	mFilterType = static_cast<int>(mFilterTypeParameter.Real(device->mpFilterType->Default()));
+	mFilterType = static_cast<EVortelFilterType>(mFilterTypeParameter.Real(device->mpFilterType->Default()));
 	mFilterFrequencyRamp = MakeRamp(mFilterFrequencyParameter.Real(device->mpFilterFrequency->Default()));
 	mFilterQRamp = MakeRamp(device->mpFilterQ->Default());
 }
@@ -145,7 +145,8 @@ void TVortelDspDevice::PullChanges(uint32_t changes) {
 	PullParameters();
 	const bool isMixSettled = mMixRamp.IsSettled() && mPanRamp.IsSettled() && mVolumeRamp.IsSettled();
 	// Those of a filter that is off stand still on their way.
-	const bool isFilterSettled = mFilterType == 0 || (mFilterFrequencyRamp.IsSettled() && mFilterQRamp.IsSettled());
+	const bool isFilterSettled =
+	    mFilterType == EVortelFilterType::kOff || (mFilterFrequencyRamp.IsSettled() && mFilterQRamp.IsSettled());
 	mIsSettled = isMixSettled && isFilterSettled && AreRampsSettled();
 	mIsMixNeutral = isMixSettled && IsMixNeutral();
 }
@@ -162,15 +163,15 @@ void TVortelDspDevice::PullParameters() {
 	if (!mpScene)
 		return;
 	const TVortelScene& scene = *mpScene;
-	const auto normalized = [&](TVortelParameterTable::ECommonParameter parameter) {
+	const auto normalized = [&](VortelParameterIds::ECommon parameter) {
 		return scene.ParameterValue(mFirstParameterId + parameter);
 	};
-	mMixRamp.SetTarget(normalized(TVortelParameterTable::kMix));
-	mPanRamp.SetTarget(normalized(TVortelParameterTable::kPanning));
-	mVolumeRamp.SetTarget(normalized(TVortelParameterTable::kVolume));
-	mFilterType = mFilterTypeParameter.ReadWhole(scene);
+	mMixRamp.SetTarget(normalized(VortelParameterIds::kMix));
+	mPanRamp.SetTarget(normalized(VortelParameterIds::kPanning));
+	mVolumeRamp.SetTarget(normalized(VortelParameterIds::kVolume));
+	mFilterType = mFilterTypeParameter.ReadChoice<EVortelFilterType>(scene);
 	mFilterFrequencyRamp.SetTarget(mFilterFrequencyParameter.Read(scene));
-	mFilterQRamp.SetTarget(normalized(TVortelParameterTable::kFilterQ));
+	mFilterQRamp.SetTarget(normalized(VortelParameterIds::kFilterQ));
 	OnParametersChanged();
 }
 
@@ -191,7 +192,7 @@ void TVortelDspDevice::Process(float* left, float* right, int count) {
 	if (mStateIsSuspect || !mIsInputSane)
 		GuardState(left, right, count);
 	ProcessEffect(left, right, count);
-	if (mFilterType != 0)
+	if (mFilterType != EVortelFilterType::kOff)
 		ProcessFilter(left, right, count);
 	if (!mIsMixNeutral)
 		ProcessMix(left, right, count);
@@ -219,13 +220,13 @@ void TVortelDspDevice::ProcessFilter(float* left, float* right, int count) {
 		ProcessRampedFilter(left, right, count);
 		return;
 	}
-	mFilter.SetCoefficients(mFilterType - 1, mFilterFrequencyRamp.Target(), mSampleRate, mFilterQRamp.Target());
+	mFilter.SetCoefficients(FilterMode(), mFilterFrequencyRamp.Target(), mSampleRate, mFilterQRamp.Target());
 	mFilter.ProcessBlock(left, right, count);
 }
 
 void TVortelDspDevice::ProcessRampedFilter(float* left, float* right, int count) {
 	TRampGroup ramps(mFilterFrequencyRamp, mFilterQRamp);
-	mFilter.ProcessRamped(mFilterType - 1, mSampleRate, ramps, left, right, count);
+	mFilter.ProcessRamped(FilterMode(), mSampleRate, ramps, left, right, count);
 }
 
 void TVortelDspDevice::ProcessMix(float* left, float* right, int count) {

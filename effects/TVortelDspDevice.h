@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "effects/TAlignedBuffer.h"
-#include "effects/TRampable.h"
-#include "effects/TVALadderFilter.h"
-#include "effects/TVortelConvertedParameter.h"
-#include "effects/TVortelDeClickEnvelope.h"
-#include "framework/foundation/TPtr.h"
+#include "effects/blocks/TAlignedBuffer.h"
+#include "effects/blocks/TRampable.h"
+#include "effects/blocks/TVALadderFilter.h"
+#include "effects/blocks/TVortelConvertedParameter.h"
+#include "effects/blocks/TVortelDeClickEnvelope.h"
+#include "framework/foundation/memory/TPtr.h"
 #include "shell/TAudioObject.h"
 
 class TVortelDevice;
@@ -137,6 +137,11 @@ private:
 	void PullParameters();
 	void Unsettle();
 	bool IsMixNeutral() const;
+
+	TVALadderFilter::TMode FilterMode() const {
+		return static_cast<TVALadderFilter::TMode>(static_cast<int>(mFilterType) - 1);
+	}
+
 	void GuardState(float* left, float* right, int count);
 	void ProcessFilter(float* left, float* right, int count);
 	void ProcessRampedFilter(float* left, float* right, int count);
@@ -147,7 +152,7 @@ private:
 	TPtr<TVortelProgram> mpProgram;
 	TPtr<TVortelScene> mpScene;
 	TFadeState mFadeState = kIdle;
-	int mFilterType = 0;
+	EVortelFilterType mFilterType = EVortelFilterType::kOff;
 	TRampable<float> mFilterFrequencyRamp; // hertz
 	TRampable<float> mFilterQRamp;         // normalised
 	TVortelConvertedParameter mFilterTypeParameter;

@@ -2,16 +2,12 @@
 #include "effects/TVortelGaterDspDevice.h"
 
 #include "document/TVortelGaterDevice.h"
-#include "framework/foundation/TRandom.h"
+#include "framework/foundation/values/TRandom.h"
 
 #include <algorithm>
 #include <bit>
 
-namespace {
-
-enum TParameterId : int32_t { kSmoothing = 157, kTime = 158, kMode = 159, kVolumeSteps = 160 };
-
-} // namespace
+using namespace VortelParameterIds::Gater;
 
 TVortelGaterDspDevice::TVortelGaterDspDevice(TVortelGaterDevice* device, THost* host, int32_t index)
     : TVortelDspDevice(device, host, index),
@@ -31,7 +27,7 @@ void TVortelGaterDspDevice::ComputeStepLength() {
 
 void TVortelGaterDspDevice::OnParametersChanged() {
 	mSmoothing = Scene()->ParameterValue(kSmoothing);
-	const auto mode = static_cast<EVortelTimeMode>(mModeParameter.ReadWhole(*Scene()));
+	const auto mode = mModeParameter.ReadChoice<EVortelTimeMode>(*Scene());
 	const float time = mTimeParameter.Read(*Scene());
 	if (mode != mMode || time != mStepTime) {
 		mMode = mode;

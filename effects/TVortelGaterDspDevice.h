@@ -2,7 +2,7 @@
 #pragma once
 
 #include "effects/TVortelDspDevice.h"
-#include "effects/TVortelTempoSync.h"
+#include "effects/blocks/TVortelTempoSync.h"
 
 #include <array>
 

@@ -2,21 +2,14 @@
 #include "effects/TVortelLofiDspDevice.h"
 
 #include "document/TVortelEffectDevices.h"
-#include "framework/foundation/TRandom.h"
+#include "framework/foundation/values/TRandom.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace {
+using namespace VortelParameterIds::Lofi;
 
-enum TParameterId : int32_t {
-	kFrequency = 117,
-	kBitDepth = 118,
-	kType = 119,
-	kFMAmount = 120,
-	kFMAttack = 121,
-	kFMRelease = 122
-};
+namespace {
 
 constexpr double kFullScale = 32767.0;
 constexpr double kLowestFrequency = 1.0;
@@ -74,7 +67,7 @@ void TVortelLofiDspDevice::SetFollower() {
 void TVortelLofiDspDevice::OnParametersChanged() {
 	mFrequency = mFrequencyParameter.Read(*Scene());
 	mBitDepth = mBitDepthParameter.Read(*Scene());
-	mType = mTypeParameter.ReadWhole(*Scene());
+	mType = mTypeParameter.ReadChoice<EVortelBitDepthType>(*Scene());
 	mFMAmount = Scene()->ParameterValue(kFMAmount);
 	mAttack = mAttackParameter.Read(*Scene());
 	mRelease = mReleaseParameter.Read(*Scene());
@@ -94,7 +87,7 @@ void TVortelLofiDspDevice::OnStateLost() {
 void TVortelLofiDspDevice::ProcessEffect(float* left, float* right, int count) {
 	if (mBitDepth >= kOriginalDepth)
 		ProcessSamples(left, right, count, TNoQuantizer{});
-	else if (mType == kSigned)
+	else if (mType == EVortelBitDepthType::kSigned)
 		ProcessSamples(left, right, count, TSignedQuantizer{Round(std::exp2(static_cast<double>(mBitDepth)) / 2.0)});
 	else
 		ProcessSamples(left, right, count, TUnsignedQuantizer{32767 / ((1 << RoundHalfAway(mBitDepth)) - 1)});

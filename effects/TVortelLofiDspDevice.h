@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "effects/TVAEnvelopeFollower.h"
 #include "effects/TVortelDspDevice.h"
+#include "effects/blocks/TVAEnvelopeFollower.h"
 
 class TVortelLofiDevice;
 
@@ -19,8 +19,6 @@ protected:
 	void OnStateLost() override;
 
 private:
-	enum TType : int { kSigned = 0, kUnsigned = 1 };
-
 	/// The quantiser is a function object, so that each kind has a loop of its own.
 	template <class TQuantizer>
 	void ProcessSamples(float* left, float* right, int count, const TQuantizer& quantizer);
@@ -35,7 +33,7 @@ private:
 	float mHoldLeft = 0.0f;
 	float mHoldRight = 0.0f;
 	float mBitDepth = 8.0f;
-	int mType = kSigned;
+	EVortelBitDepthType mType = EVortelBitDepthType::kSigned;
 	double mFrequency = 11025.0; // hertz
 	float mFMAmount = 0.0f;      // normalised
 	double mAttack = TVAEnvelopeFollower::kDefaultAttack;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "effects/TVortelDspDevice.h"
-#include "effects/TVortelSoftClipper.h"
+#include "effects/blocks/TVortelSoftClipper.h"
 
 /// The stage around all effects: captures the host's whole buffer before them, and after them mixes it with what they
 /// made, pans, sets the volume and, if the program says so, clips softly. Its values are the program's, not the

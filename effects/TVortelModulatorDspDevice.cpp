@@ -2,23 +2,15 @@
 #include "effects/TVortelModulatorDspDevice.h"
 
 #include "document/TVortelEffectDevices.h"
-#include "effects/VectorMath.h"
+#include "effects/blocks/VectorMath.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 
-namespace {
+using namespace VortelParameterIds::Modulator;
 
-enum TParameterId : int32_t {
-	kFrequency = 17,
-	kDepth = 18,
-	kOscVolume = 19,
-	kFMAmount = 20,
-	kFMAttack = 21,
-	kFMRelease = 22,
-	kSpread = 23
-};
+namespace {
 
 constexpr double kTwoPi = 2.0 * std::numbers::pi;
 constexpr double kQuarterTurn = 1.5707963705062866; // pi / 2 as a float
@@ -47,7 +39,7 @@ void TVortelModulatorDspDevice::SetFollower() {
 
 void TVortelModulatorDspDevice::OnParametersChanged() {
 	mFrequencyRamp.SetTarget(mFrequencyParameter.Read(*Scene()));
-	mDepthRamp.SetTarget(Scene()->ParameterValue(kDepth));
+	mDepthRamp.SetTarget(Scene()->ParameterValue(kAmount));
 	mOscRamp.SetTarget(Scene()->ParameterValue(kOscVolume));
 	mFMRamp.SetTarget(Scene()->ParameterValue(kFMAmount));
 	mSpreadRamp.SetTarget(Scene()->ParameterValue(kSpread));

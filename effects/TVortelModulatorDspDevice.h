@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "effects/TVAEnvelopeFollower.h"
 #include "effects/TVortelDspDevice.h"
+#include "effects/blocks/TVAEnvelopeFollower.h"
 
 #include <array>
 

@@ -2,14 +2,13 @@
 #include "effects/TVortelRetriggerDspDevice.h"
 
 #include "document/TVortelEffectDevices.h"
-#include "effects/TVortelBuffers.h"
+#include "effects/blocks/TVortelBuffers.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
-constexpr int kDecayParameter = 61;
 constexpr double kBeatsToSilence = 0.25; // at full decay
 
 } // namespace
@@ -42,7 +41,7 @@ void TVortelRetriggerDspDevice::OnTempoChanged(float tempo) {
 
 void TVortelRetriggerDspDevice::OnParametersChanged() {
 	const TVortelScene& scene = *Scene();
-	const auto mode = static_cast<EVortelTimeMode>(mModeParameter.ReadWhole(scene));
+	const auto mode = mModeParameter.ReadChoice<EVortelTimeMode>(scene);
 	const float initialSpeed = mInitialSpeedParameter.Read(scene);
 	const float finalSpeed = mFinalSpeedParameter.Read(scene);
 	const float transition = mTransitionParameter.Read(scene);
@@ -53,7 +52,7 @@ void TVortelRetriggerDspDevice::OnParametersChanged() {
 		mTransition = transition;
 		mLengthsDirty = true;
 	}
-	const float decay = scene.ParameterValue(kDecayParameter);
+	const float decay = scene.ParameterValue(VortelParameterIds::Retrigger::kDecay);
 	if (decay != mDecay) {
 		mDecay = decay;
 		ComputeDecayStep();

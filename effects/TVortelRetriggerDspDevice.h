@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "effects/TAlignedBuffer.h"
-#include "effects/TVortelConvertedParameter.h"
-#include "effects/TVortelDeClickEnvelope.h"
 #include "effects/TVortelDspDevice.h"
-#include "effects/TVortelTempoSync.h"
+#include "effects/blocks/TAlignedBuffer.h"
+#include "effects/blocks/TVortelConvertedParameter.h"
+#include "effects/blocks/TVortelDeClickEnvelope.h"
+#include "effects/blocks/TVortelTempoSync.h"
 
 class TVortelRetriggerDevice;
 

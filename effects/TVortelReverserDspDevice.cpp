@@ -5,9 +5,9 @@
 
 #include <algorithm>
 
-namespace {
+using namespace VortelParameterIds::Reverser;
 
-enum TParameterId : int32_t { kTime = 77, kMode = 78, kPointA = 79, kPointB = 80 };
+namespace {
 
 constexpr double kCapacityInSeconds = 60.0 * 4.0 / 32.0 * 1.5;
 
@@ -34,7 +34,7 @@ void TVortelReverserDspDevice::ComputeBounds() {
 }
 
 void TVortelReverserDspDevice::OnParametersChanged() {
-	const auto mode = static_cast<EVortelTimeMode>(mModeParameter.ReadWhole(*Scene()));
+	const auto mode = mModeParameter.ReadChoice<EVortelTimeMode>(*Scene());
 	const float time = mTimeParameter.Read(*Scene());
 	if (mode != mMode || time != mTime) {
 		mMode = mode;

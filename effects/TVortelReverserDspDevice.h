@@ -2,8 +2,8 @@
 #pragma once
 
 #include "effects/TVortelDspDevice.h"
-#include "effects/TVortelRecording.h"
-#include "effects/TVortelTempoSync.h"
+#include "effects/blocks/TVortelRecording.h"
+#include "effects/blocks/TVortelTempoSync.h"
 
 class TVortelReverserDevice;
 

@@ -2,22 +2,14 @@
 #include "effects/TVortelShufflerDspDevice.h"
 
 #include "document/TVortelEffectDevices.h"
-#include "framework/foundation/TRandom.h"
+#include "framework/foundation/values/TRandom.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace {
+using namespace VortelParameterIds::Shuffler;
 
-enum TParameterId : int32_t {
-	kMode = 197,
-	kMinTime = 198,
-	kMaxTime = 199,
-	kShuffle = 200,
-	kRange = 201,
-	kRepeat = 202,
-	kReverse = 203
-};
+namespace {
 
 constexpr double kCapacityInSeconds = 60.0 / 32.0 * 4.0;
 constexpr double kShortestFade = 0.25; // ms
@@ -34,13 +26,13 @@ TVortelShufflerDspDevice::TVortelShufflerDspDevice(TVortelShufflerDevice* device
 }
 
 void TVortelShufflerDspDevice::OnParametersChanged() {
-	mMode = static_cast<EVortelTimeMode>(mModeParameter.ReadWhole(*Scene()));
+	mMode = mModeParameter.ReadChoice<EVortelTimeMode>(*Scene());
 	mMinTime = Scene()->ParameterValue(kMinTime);
 	mMaxTime = Scene()->ParameterValue(kMaxTime);
 	mRangeBeats = mRangeParameter.ReadWhole(*Scene());
-	mShuffleThreshold = 1.0f - Scene()->ParameterValue(kShuffle);
-	mRepeatThreshold = 1.0f - Scene()->ParameterValue(kRepeat);
-	mForwardThreshold = 1.0f - Scene()->ParameterValue(kReverse);
+	mShuffleThreshold = 1.0f - Scene()->ParameterValue(kShuffleChance);
+	mRepeatThreshold = 1.0f - Scene()->ParameterValue(kRepeatChance);
+	mForwardThreshold = 1.0f - Scene()->ParameterValue(kReverseChance);
 }
 
 void TVortelShufflerDspDevice::OnSampleRateChanged(int32_t rate) {

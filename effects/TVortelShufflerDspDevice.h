@@ -2,9 +2,9 @@
 #pragma once
 
 #include "effects/TVortelDspDevice.h"
-#include "effects/TVortelSliceBuffer.h"
-#include "effects/TVortelTempoSync.h"
-#include "framework/foundation/TParkMillerPRNG.h"
+#include "effects/blocks/TVortelSliceBuffer.h"
+#include "effects/blocks/TVortelTempoSync.h"
+#include "framework/foundation/values/TParkMillerPRNG.h"
 
 class TVortelShufflerDevice;
 

@@ -2,22 +2,14 @@
 #include "effects/TVortelStretcherDspDevice.h"
 
 #include "document/TVortelEffectDevices.h"
-#include "framework/foundation/TRandom.h"
+#include "framework/foundation/values/TRandom.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace {
+using namespace VortelParameterIds::Stretcher;
 
-enum TParameterId : int32_t {
-	kSpeed = 97,
-	kGrainSize = 98,
-	kSmoothing = 99,
-	kGrainModulation = 100,
-	kAttack = 101,
-	kRelease = 102,
-	kJitter = 103
-};
+namespace {
 
 constexpr double kFullScale = 32767.0;
 constexpr int kStretchInSeconds = 60 * 8 / 32;
@@ -43,7 +35,7 @@ void TVortelStretcherDspDevice::SetFollower() {
 void TVortelStretcherDspDevice::OnParametersChanged() {
 	mSpeed = Scene()->ParameterValue(kSpeed);
 	mSmoothing = Scene()->ParameterValue(kSmoothing);
-	mGrainModulation = Scene()->ParameterValue(kGrainModulation);
+	mGrainModulation = Scene()->ParameterValue(kFMAmount);
 	mJitter = Scene()->ParameterValue(kJitter);
 	mGrainSize = mGrainSizeParameter.Read(*Scene());
 	mAttack = mAttackParameter.Read(*Scene());

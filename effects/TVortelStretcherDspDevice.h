@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "effects/TVAEnvelopeFollower.h"
 #include "effects/TVortelDspDevice.h"
-#include "effects/TVortelRecording.h"
+#include "effects/blocks/TVAEnvelopeFollower.h"
+#include "effects/blocks/TVortelRecording.h"
 
 #include <array>
 

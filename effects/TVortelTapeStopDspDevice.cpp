@@ -2,15 +2,15 @@
 #include "effects/TVortelTapeStopDspDevice.h"
 
 #include "document/TVortelEffectDevices.h"
-#include "effects/TVACubicTables.h"
+#include "effects/blocks/TVACubicTables.h"
 
 #include <algorithm>
 #include <bit>
 #include <cmath>
 
-namespace {
+using namespace VortelParameterIds::TapeStop;
 
-enum TParameterId : int32_t { kSlowDown = 37, kSpeedUp = 38, kMode = 39, kPlayMode = 40 };
+namespace {
 
 constexpr int kCapacityInSeconds = 60 * 8 / 32;
 /// Below this speed the level fades with the speed.
@@ -64,10 +64,10 @@ void TVortelTapeStopDspDevice::ComputeLengths() {
 
 /// Lengths follow at the next start of a ramp.
 void TVortelTapeStopDspDevice::OnParametersChanged() {
-	mMode = static_cast<EVortelTimeMode>(mModeParameter.ReadWhole(*Scene()));
+	mMode = mModeParameter.ReadChoice<EVortelTimeMode>(*Scene());
 	mSlowDown = mSlowDownParameter.Read(*Scene());
 	mSpeedUp = mSpeedUpParameter.Read(*Scene());
-	mPlayMode = mPlayModeParameter.ReadWhole(*Scene());
+	mPlayMode = mPlayModeParameter.ReadChoice<EVortelPlayMode>(*Scene());
 }
 
 void TVortelTapeStopDspDevice::OnTempoChanged(float tempo) {
@@ -109,7 +109,7 @@ bool TVortelTapeStopDspDevice::StepDirection(TVoice& voice) const {
 		++voice.mCounter;
 		return true;
 	}
-	if (mPlayMode != kStopStart && mPlayMode != kStartStop)
+	if (mPlayMode != EVortelPlayMode::kStopStart && mPlayMode != EVortelPlayMode::kStartStop)
 		return false;
 	voice.mCounter = 0;
 	voice.mRising = !voice.mRising;

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "effects/TVortelDspDevice.h"
-#include "effects/TVortelRecording.h"
-#include "effects/TVortelTempoSync.h"
+#include "effects/blocks/TVortelRecording.h"
+#include "effects/blocks/TVortelTempoSync.h"
 
 class TVortelTapeStopDevice;
 
@@ -22,8 +22,6 @@ protected:
 	void OnParametersChanged() override;
 
 private:
-	enum TPlayMode : int { kStopStart = 0, kStop = 1, kStartStop = 2, kStart = 3 };
-
 	/// A place in the recording, and where its speed stands on the curve.
 	struct TVoice {
 		double mPosition = 0.0;
@@ -36,7 +34,9 @@ private:
 		double mGain;
 	};
 
-	bool BeginsRising() const { return mPlayMode == kStartStop || mPlayMode == kStart; }
+	bool BeginsRising() const {
+		return mPlayMode == EVortelPlayMode::kStartStop || mPlayMode == EVortelPlayMode::kStart;
+	}
 
 	void ComputeLengths();
 	TMotion MotionOf(const TVoice& voice) const;
@@ -52,7 +52,7 @@ private:
 	TVoice mVoice;
 	TVoice mNextVoice;
 	EVortelTimeMode mMode = EVortelTimeMode::kEven;
-	int mPlayMode = kStop;
+	EVortelPlayMode mPlayMode = EVortelPlayMode::kStop;
 	double mSamplesPerBeat = 11025.0;
 	float mSlowDown = 4.0f; // beat times
 	float mSpeedUp = 1.0f;

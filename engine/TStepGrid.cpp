@@ -46,7 +46,7 @@ double Wrap(double x, double period) noexcept {
 	return remainder >= 0.0 ? remainder : 0.0;
 }
 
-double Settle(double x, double samplesPerUnit) noexcept {
+double Snap(double x, double samplesPerUnit) noexcept {
 	const double nearest = std::round(x);
 	return std::abs(x - nearest) * samplesPerUnit < kRoundingErrors ? nearest : x;
 }
@@ -71,13 +71,13 @@ TStepGrid TStepGrid::Of(TVortelSequencer& sequencer) noexcept {
 }
 
 int32_t TStepGrid::StepAt(double position, double samplesPerStep) const noexcept {
-	const double x = MusicalTime::Settle(MusicalTime::Lift(position * mDivisions, mSteps), samplesPerStep);
+	const double x = MusicalTime::Snap(MusicalTime::Lift(position * mDivisions, mSteps), samplesPerStep);
 	return static_cast<int32_t>(MusicalTime::Wrap(std::trunc(x), mSteps));
 }
 
 // Just below the end of a step the samples gone of it may round up to the whole step; a delay of 0 would then run the
 // next command at the very same position, for ever. Hence never less than one sample.
 int32_t TStepGrid::DelayToNextStep(double position, double samplesPerStep) const noexcept {
-	const double x = MusicalTime::Settle(MusicalTime::Lift(position * mDivisions, mSteps), samplesPerStep);
+	const double x = MusicalTime::Snap(MusicalTime::Lift(position * mDivisions, mSteps), samplesPerStep);
 	return MusicalTime::Delay(samplesPerStep - MusicalTime::SamplesSinceWhole(x, samplesPerStep));
 }

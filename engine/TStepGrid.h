@@ -18,9 +18,9 @@ double Wrap(double x, double period) noexcept;
 /// x, or the whole number that it is meant to be. A position is a sum of many stretches, and how many depends on how
 /// the host cuts its blocks; what lies within the rounding errors of that sum from a whole number counts as the number,
 /// so that steps fall on the same samples whatever the blocks. samplesPerUnit gives the distance a meaning.
-double Settle(double x, double samplesPerUnit) noexcept;
+double Snap(double x, double samplesPerUnit) noexcept;
 
-/// Whole samples gone since the last whole number; x is not negative and settled.
+/// Whole samples gone since the last whole number; x is not negative and snapped.
 double SamplesSinceWhole(double x, double samplesPerUnit) noexcept;
 
 /// A distance as a delay for the schedule: whole samples, rounded up, at least 1, at most what the schedule can hold.

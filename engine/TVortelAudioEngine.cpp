@@ -113,7 +113,7 @@ void TVortelAudioEngine::RunBlock(float* left, float* right, int32_t samples, co
 		}
 		remaining -= length;
 	}
-	SettlePosition();
+	CatchUp();
 	master.Process(left, right, samples);
 }
 
@@ -131,7 +131,7 @@ void TVortelAudioEngine::AdvancePosition(int32_t samples) {
 }
 
 /// Follows the host: at the end of a block, before that if a step asks, and before what it is worked out from changes.
-void TVortelAudioEngine::SettlePosition() {
+void TVortelAudioEngine::CatchUp() {
 	if (!mPositionIsBehind)
 		return;
 	const double loop = Grid().mBeats;
@@ -246,7 +246,7 @@ void TVortelAudioEngine::SetProgram(TVortelProgram* program) {
 void TVortelAudioEngine::SetScene(TVortelScene* scene) {
 	if (scene == mpScene)
 		return;
-	SettlePosition();
+	CatchUp();
 	mpScene = scene;
 	for (const auto& device : mDevices)
 		device->SetScene(scene);

@@ -5,8 +5,8 @@
 #include "effects/TVortelDspDevice.h"
 #include "engine/TRelaxed.h"
 #include "engine/TStepGrid.h"
-#include "framework/foundation/TCommandScheduler.h"
-#include "framework/foundation/TParkMillerPRNG.h"
+#include "framework/foundation/commands/TCommandScheduler.h"
+#include "framework/foundation/values/TParkMillerPRNG.h"
 #include "shell/TAudioPluginShell.h"
 
 #include <array>
@@ -71,7 +71,7 @@ private:
 	void RunDevices(float* left, float* right, int32_t samples);
 	void CollectRunning();
 	void AdvancePosition(int32_t samples);
-	void SettlePosition();
+	void CatchUp();
 	void SetPosition(double position);
 	void ApplyTransport(const TTransportInfo& transport);
 	void SetTempo(float tempo);

@@ -2,7 +2,7 @@
 // The part of the engine that turns time and notes into effects that are on or off.
 #include "engine/TVortelAudioEngine.h"
 #include "engine/TVortelEngineCommands.h"
-#include "framework/foundation/TRandom.h"
+#include "framework/foundation/values/TRandom.h"
 
 #include <algorithm>
 #include <cmath>
@@ -46,7 +46,7 @@ void TVortelAudioEngine::StartSequencer() {
 	}
 	// A restart at the same place shuffles the same.
 	const uint32_t seed = static_cast<uint32_t>(mpScene->Seed().Get()) +
-	                      static_cast<uint32_t>(MusicalTime::Settle(mPosition, mSamplesPerBeat));
+	                      static_cast<uint32_t>(MusicalTime::Snap(mPosition, mSamplesPerBeat));
 	for (const auto& device : mDevices)
 		device->OnReseed(seed);
 	AdvanceStep();
@@ -73,7 +73,7 @@ void TVortelAudioEngine::RemovePendingSteps() {
 void TVortelAudioEngine::AdvanceStep() {
 	if (!mIsRunning)
 		return;
-	SettlePosition();
+	CatchUp();
 	const TStepGrid grid = Grid();
 	const double position = mPosition;
 	const int32_t step = grid.StepAt(position, mSamplesPerStep);
@@ -106,7 +106,7 @@ void TVortelAudioEngine::ChooseRandomDevice(uint8_t randomizerStep) {
 	else if (randomizerStep == kStepBlockStart || mRandomDevice == kNone) {
 		const TStepGrid grid = Grid();
 		const double steps =
-		    MusicalTime::Settle(MusicalTime::Lift(mHostPosition * grid.mDivisions, grid.mSteps), mSamplesPerStep);
+		    MusicalTime::Snap(MusicalTime::Lift(mHostPosition * grid.mDivisions, grid.mSteps), mSamplesPerStep);
 		mRandomDevice = PickRandomDevice(std::trunc(steps));
 	}
 }
@@ -115,7 +115,7 @@ int32_t TVortelAudioEngine::PickRandomDevice(double position) const {
 	std::array<int32_t, kNumberOfDevices> weights{};
 	int32_t sum = 0;
 	for (int32_t device = 1; device < kNumberOfDevices; ++device) {
-		const int32_t id = TVortelParameterTable::Device(device).mFirstId + TVortelParameterTable::kWeight;
+		const int32_t id = TVortelParameterTable::Device(device).mFirstId + VortelParameterIds::kWeight;
 		int32_t& weight = weights[static_cast<std::size_t>(device)];
 		weight = RoundHalfAway(mpScene->ParameterValue(id) * 100.0);
 		sum += weight;
@@ -203,7 +203,7 @@ bool TVortelAudioEngine::ScheduleAtGridPoint(int32_t note) {
 	if (pointsPerBeat < 1 || !mHostIsPlaying)
 		return false;
 	const double interval = mSamplesPerBeat / pointsPerBeat;
-	const double points = MusicalTime::Settle(MusicalTime::Lift(mHostPosition * pointsPerBeat, 1.0), interval);
+	const double points = MusicalTime::Snap(MusicalTime::Lift(mHostPosition * pointsPerBeat, 1.0), interval);
 	const double samplesSincePoint = MusicalTime::SamplesSinceWhole(points, interval);
 	const int32_t wholeMillisecond = SampleRate() / 1000;
 	if (samplesSincePoint < wholeMillisecond)

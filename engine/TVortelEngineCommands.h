@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/TCommand.h"
+#include "framework/foundation/commands/TCommand.h"
 #include "shell/TMidiEvent.h"
 
 #include <cstdint>

@@ -243,8 +243,8 @@ TEST_F(FastAgainstSlowTest, InsaneInputIsForgotten) {
 	for (int index = 1; index <= 10; ++index) {
 		for (const float filterType : {0.0f, 0.25f, 0.5f, 0.75f, 1.0f}) {
 			const int firstId = mpDocument->Device(index)->FirstParameterId();
-			SetValue(firstId + TVortelParameterTable::kFilterType, filterType);
-			SetValue(firstId + TVortelParameterTable::kFilterQ, 0.8f);
+			SetValue(firstId + VortelParameterIds::kFilterType, filterType);
+			SetValue(firstId + VortelParameterIds::kFilterQ, 0.8f);
 			TTestHost host(kRate);
 			const auto tail = [&](const std::vector<float>& disturbance) {
 				const auto device = Attach(CreateVortelDspDevice(*mpDocument, &host, index));

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/TVortelAudioEngine.h"
-#include "framework/foundation/TThreadCommunicator.h"
+#include "framework/foundation/commands/TThreadCommunicator.h"
 #include "tests/engine/FakeDevices.h"
 #include "tests/support/TDocumentFixture.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "effects/TVortelSoftClipper.h"
+#include "effects/blocks/TVortelSoftClipper.h"
 
 #include <emmintrin.h>
 

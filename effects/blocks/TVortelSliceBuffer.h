@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "effects/TAlignedBuffer.h"
-#include "effects/TVortelDeClickEnvelope.h"
+#include "effects/blocks/TAlignedBuffer.h"
+#include "effects/blocks/TVortelDeClickEnvelope.h"
 
 /// One channel's ring of recorded sound for jumping about in. Two read heads: the one that plays and the one it fades
 /// to; each runs forwards or backwards and bounces at the ends. Two write heads: the recording one, which goes round,

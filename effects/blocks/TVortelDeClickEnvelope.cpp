@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "effects/TVortelDeClickEnvelope.h"
+#include "effects/blocks/TVortelDeClickEnvelope.h"
 
 #include <cmath>
 #include <numbers>

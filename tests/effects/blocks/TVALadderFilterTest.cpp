@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "effects/TVALadderFilter.h"
+#include "effects/blocks/TVALadderFilter.h"
 #include "tests/effects/TestSignals.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "effects/TVortelSliceBuffer.h"
+#include "effects/blocks/TVortelSliceBuffer.h"
 
-#include "framework/foundation/TRandom.h"
+#include "framework/foundation/values/TRandom.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "effects/TAlignedBuffer.h"
+#include "effects/blocks/TAlignedBuffer.h"
 
 /// Delay line of one channel with feedback, read between samples with a cubic. Audio thread; SetLength allocates.
 class TVADelayLine {

@@ -3,7 +3,7 @@
 
 #include "document/TVortelDeviceParameter.h"
 #include "document/TVortelScene.h"
-#include "framework/foundation/TPtr.h"
+#include "framework/foundation/memory/TPtr.h"
 
 #include <bit>
 #include <cstdint>
@@ -18,8 +18,14 @@ public:
 
 	float Read(const TVortelScene& scene) { return Real(scene.ParameterValue(mId)); }
 
-	/// For values whose meaning is an index: the whole part.
+	/// The whole part.
 	int ReadWhole(const TVortelScene& scene) { return static_cast<int>(Read(scene)); }
+
+	/// One of the values that the parameter chooses from.
+	template <class E>
+	E ReadChoice(const TVortelScene& scene) {
+		return static_cast<E>(ReadWhole(scene));
+	}
 
 	float Real(float normalized) {
 		const bool stepped = mpConverter->IsStepped();

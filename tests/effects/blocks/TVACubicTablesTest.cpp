@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "effects/TVACubicTables.h"
+#include "effects/blocks/TVACubicTables.h"
 
 #include <gtest/gtest.h>
 

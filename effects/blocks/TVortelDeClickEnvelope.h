@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/TReferenceCountable.h"
+#include "framework/foundation/memory/TReferenceCountable.h"
 
 #include <algorithm>
 #include <vector>

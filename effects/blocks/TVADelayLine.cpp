@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "effects/TVADelayLine.h"
+#include "effects/blocks/TVADelayLine.h"
 
-#include "effects/TVortelBuffers.h"
+#include "effects/blocks/TVortelBuffers.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "effects/TVAEnvelopeFollower.h"
+#include "effects/blocks/TVAEnvelopeFollower.h"
 
 #include <gtest/gtest.h>
 

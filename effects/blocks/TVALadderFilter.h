@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "effects/TRampable.h"
+#include "effects/blocks/TRampable.h"
 
 #include <array>
 #include <emmintrin.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "effects/TRampable.h"
+#include "effects/blocks/TRampable.h"
 
 #include <array>
 #include <cmath>

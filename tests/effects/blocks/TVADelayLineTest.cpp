@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "effects/TVADelayLine.h"
+#include "effects/blocks/TVADelayLine.h"
 #include "tests/effects/TestSignals.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "effects/VectorMath.h"
+#include "effects/blocks/VectorMath.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "effects/MixRamped.h"
+#include "effects/blocks/MixRamped.h"
 
-#include "effects/TRampable.h"
+#include "effects/blocks/TRampable.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

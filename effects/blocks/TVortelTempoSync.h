@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <cstdint>
+#include "document/TVortelParameterIds.h"
 
 /// Lengths in samples that follow the tempo. A beat time x is a fraction of a bar of four beats: 16 is a sixteenth of
 /// the bar, 4 one beat.
-enum class EVortelTimeMode : int32_t { kFree = 0, kEven = 1, kTriplet = 2, kDotted = 3 };
-
 namespace VortelTempoSync {
 
 inline double SamplesPerBeat(int sampleRate, float tempo) {

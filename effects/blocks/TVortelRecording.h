@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "effects/TAlignedBuffer.h"
-#include "effects/TVortelDeClickEnvelope.h"
+#include "effects/blocks/TAlignedBuffer.h"
+#include "effects/blocks/TVortelDeClickEnvelope.h"
 
 #include <algorithm>
 

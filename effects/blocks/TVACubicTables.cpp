@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "effects/TVACubicTables.h"
+#include "effects/blocks/TVACubicTables.h"
 
 constexpr std::array<TVACubicTables::TWeights, TVACubicTables::kSize> TVACubicTables::MakeWeights() {
 	std::array<TWeights, kSize> weights{};

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "effects/TVABiquadFilter.h"
+#include "effects/blocks/TVABiquadFilter.h"
 
 #include <algorithm>
 #include <cmath>
