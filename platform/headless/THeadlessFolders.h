@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/FileOperations.h"
-#include "framework/foundation/TSystemFolders.h"
+#include "framework/foundation/files/FileOperations.h"
+#include "framework/foundation/files/TSystemFolders.h"
 
 /// Everything below one folder of the caller's choice: for tests and for machines without a user.
 class THeadlessFolders final : public TSystemFolders {

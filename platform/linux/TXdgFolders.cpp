@@ -1,18 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/TXdgFolders.h"
 
-#include "framework/foundation/FileOperations.h"
-#include "framework/foundation/ProductInfo.h"
-#include "framework/foundation/TFile.h"
-#include "framework/foundation/TFileReplacement.h"
+#include "framework/foundation/files/FileOperations.h"
+#include "framework/foundation/files/TFile.h"
+#include "framework/foundation/files/TFileReplacement.h"
+#include "framework/foundation/files/WholeFile.h"
+#include "framework/foundation/values/ProductInfo.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <fstream>
 #include <memory>
 #include <pwd.h>
 #include <span>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <unistd.h>
@@ -60,8 +61,11 @@ std::string QuotedValue(std::string_view line, std::string_view key) {
 }
 
 TDirectory NamedInUserDirs(std::string_view key) {
-	const TString path = BaseDirectory("XDG_CONFIG_HOME", ".config").FilePath("user-dirs.dirs");
-	std::ifstream file(path.CString(kFileSystemEncoding));
+	std::string bytes;
+	TString reason;
+	if (!ReadWholeFile(BaseDirectory("XDG_CONFIG_HOME", ".config").FilePath("user-dirs.dirs"), bytes, reason))
+		return {};
+	std::istringstream file(bytes);
 	std::string found;
 	for (std::string line; std::getline(file, line);)
 		if (std::string value = QuotedValue(line, key); !value.empty())

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/TSystemFolders.h"
+#include "framework/foundation/files/TSystemFolders.h"
 
 /// The folders of the XDG base and user directories, read from the environment at each call. A variable that is not an
 /// absolute path counts as unset.
