@@ -3,12 +3,15 @@
 
 #include "document/TVortelDocument.h"
 #include "document/TVortelPrefs.h"
+#include "editor/panels/TVortelMainFrameView.h"
 #include "engine/TVortelAudioEngine.h"
-#include "framework/foundation/Folders.h"
-#include "framework/foundation/TLog.h"
-#include "framework/foundation/TReadableException.h"
-#include "framework/foundation/TThreadCommunicator.h"
-#include "framework/gui/TBaseViewsPrefs.h"
+#include "framework/foundation/commands/TThreadCommunicator.h"
+#include "framework/foundation/files/Folders.h"
+#include "framework/foundation/files/TLog.h"
+#include "framework/foundation/text/TReadableException.h"
+#include "framework/gui/events/TBaseViewsPrefs.h"
+#include "plugin/EditorServices.h"
+#include "plugin/TProgramInstance.h"
 #include "plugin/Vst3Instances.h"
 #include "shell/program/TProgramPluginShell.h"
 #include "shell/vst3/TVst3PluginShell.h"
@@ -43,10 +46,10 @@ void ReleaseApi() {
 	TBaseViewsPrefs::Destroy();
 }
 
-/// Our own programs start the same on every machine: without preferences.
-TVortelDocument::TOptions DocumentOptions() {
+/// Our own programs start the same on every machine.
+TVortelDocument::TOptions DocumentOptions(int32_t hostKind) {
 	TVortelPrefs* preferences = TVortelPrefs::Instance();
-	if (!preferences)
+	if (!preferences || hostKind == kProgramHost)
 		return {};
 	TString bank = preferences->DefaultBankFilename().Get();
 	if (bank.IsEmpty())
@@ -57,24 +60,26 @@ TVortelDocument::TOptions DocumentOptions() {
 TPtr<TAudioPluginShell> CreateAdapter(
     int32_t hostKind, void* hostContext, const TPtr<TVortelDocument>& document,
     const TPtr<TVortelAudioEngine>& engine) {
+	const auto gui = MakePtr<TVortelMainFrameView>(document.Get(), engine.Get(), &EditorServices::Start);
 	if (hostKind == kProgramHost)
 		return MakePtr<TProgramPluginShell>(
-		    document.Get(), engine.Get(), nullptr, static_cast<TProgramPluginShell::THost*>(hostContext));
+		    document.Get(), engine.Get(), gui.Get(), static_cast<TProgramPluginShell::THost*>(hostContext));
 	if (hostKind == kVst3Host)
-		return MakePtr<TVst3PluginShell>(document.Get(), engine.Get(), nullptr, &Vst3Instances::Release);
+		return MakePtr<TVst3PluginShell>(document.Get(), engine.Get(), gui.Get(), &Vst3Instances::Release);
 	throw TReadableException(TString("There is no adapter for host format ") + TString::ToString(hostKind));
 }
 
 TPtr<TAudioPluginShell> CreateInstance(int32_t hostKind, void* hostContext) {
-	if (hostKind != kProgramHost)
+	if (hostKind != kProgramHost || TProgramInstance::UsesPreferences())
 		TVortelPrefs::Create();
-	const auto document = MakePtr<TVortelDocument>(DocumentOptions());
+	const auto document = MakePtr<TVortelDocument>(DocumentOptions(hostKind));
 	const auto engine = MakePtr<TVortelAudioEngine>(document.Get());
 	return CreateAdapter(hostKind, hostContext, document, engine);
 }
 
 // The queued commands release objects through the singletons of this instance's storage, so they run while it lives.
 void EndInstance() {
+	EditorServices::End();
 	TVortelPrefs::Destroy();
 	TThreadCommunicator::Instance()->FlushAllCommands();
 	ReleaseApi();

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "plugin/TFormatInstances.h"
 
-#include "framework/foundation/Framework.h"
-#include "framework/foundation/TGlobalStorage.h"
-#include "framework/foundation/TThreadManager.h"
+#include "framework/foundation/instance/TGlobalStorage.h"
+#include "framework/foundation/process/Framework.h"
+#include "framework/foundation/threads/TThreadManager.h"
 #include "plugin/CreatePluginShell.h"
 #include "shell/TAudioPluginShell.h"
 
@@ -13,12 +13,16 @@ namespace {
 
 std::mutex sMutex; // over all formats
 
-/// The thread plays the main thread of an instance, which has to be running for that.
-class TMainThreadRole {
-private:
-	TThreadManager::TScope mNoRole{kNoThread};
-	TThreadManager::TScope mRole{kMainThread};
-};
+TAudioPluginShell* CreateShell(int32_t hostKind, void* hostContext) {
+	TAudioPluginShell* shell;
+	{
+		const TThreadManager::THostScope role(kMainThread);
+		shell = CreatePluginShell(hostKind, hostContext);
+	}
+	// Which thread made the instance does not matter from here on.
+	TThreadManager::Instance()->Detach();
+	return shell;
+}
 
 } // namespace
 
@@ -46,8 +50,7 @@ TAudioPluginShell* TFormatInstances::Create(void* hostContext) {
 	try {
 		RetainFramework();
 		hasFramework = true;
-		const TMainThreadRole role;
-		if (TAudioPluginShell* shell = CreatePluginShell(mHostKind, hostContext))
+		if (TAudioPluginShell* shell = CreateShell(mHostKind, hostContext))
 			return shell;
 	} catch (...) {
 		undo();
@@ -62,7 +65,7 @@ void TFormatInstances::Release(TAudioPluginShell* shell) {
 	const int32_t storageId = shell->StorageId();
 	const TGlobalStorageScope storage(storageId);
 	{
-		const TMainThreadRole role;
+		const TThreadManager::THostScope role(kMainThread);
 		ReleasePluginShell(shell);
 	}
 	ReleaseFramework();

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The names that a VST 3 host looks up in the shared object. Nothing else is visible from outside.
 
-#include "framework/foundation/Folders.h"
-#include "framework/foundation/TLog.h"
+#include "framework/foundation/files/Folders.h"
+#include "framework/foundation/files/TLog.h"
 #include "platform/linux/TXdgFolders.h"
 #include "plugin/Vst3Instances.h"
 #include "shell/vst3/TVst3PluginFactory.h"

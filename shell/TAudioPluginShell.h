@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/document/TDocumentRoot.h"
-#include "framework/foundation/TGlobalStorage.h"
-#include "framework/foundation/TPointT.h"
-#include "framework/foundation/TPtr.h"
-#include "framework/foundation/TString.h"
+#include "framework/document/observables/TWeakReferenceable.h"
+#include "framework/document/undo/TDocumentRoot.h"
+#include "framework/foundation/instance/TGlobalStorage.h"
+#include "framework/foundation/memory/TPtr.h"
+#include "framework/foundation/text/TString.h"
+#include "framework/foundation/values/TPointT.h"
 #include "shell/TAudioPlayer.h"
+#include "framework/gui/views/TMainFrameView.h"
 #include "shell/TMidiEvent.h"
 #include "shell/TTransportInfo.h"
 
@@ -124,7 +126,7 @@ private:
 
 /// The audio side, as an adapter sees it. Audio thread, but for the setup. Buffers are full scale at ±32768; channel
 /// counts are stereo pairs.
-class TAudioPluginShell::TEngine : public TAudioPlayer {
+class TAudioPluginShell::TEngine : public TAudioPlayer, public TWeakReferenceable {
 public:
 	using TMidiEvent = ::TMidiEvent;
 
@@ -173,12 +175,16 @@ private:
 };
 
 /// The editor's content, as an adapter sees it. It exists as long as the instance; the window around it comes and goes.
-class TAudioPluginShell::TGui : public TReferenceCountable {
+class TAudioPluginShell::TGui : public TMainFrameView {
 public:
 	TDocument* Document() const { return mpDocument.Get(); }
 
 	/// Whether the host agreed.
 	bool RequestWindowResize(const TSize& oldSize, const TSize& newSize);
+
+	/// Makes what windows around this object stand on, and the views in it. Called before each opening. Throws
+	/// TReadableException.
+	virtual void Prepare() {}
 
 	virtual bool WantsKeyboardInput() { return false; }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/TPublishedParameters.h"
 
-#include "framework/document/TObservable.h"
+#include "framework/document/observables/TObservable.h"
 
 #include <algorithm>
 #include <functional>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/document/TObserver.h"
+#include "framework/document/observables/TObserver.h"
 #include "shell/TAudioPluginShell.h"
 
 #include <atomic>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/program/TProgramPluginShell.h"
 
-#include "framework/document/TObservableBang.h"
-#include "framework/foundation/TCommand.h"
-#include "framework/foundation/TThreadCommunicator.h"
+#include "framework/document/observables/TObservableBang.h"
+#include "framework/foundation/commands/TCommand.h"
+#include "framework/foundation/commands/TThreadCommunicator.h"
 #include "shell/ScaleSamples.h"
 
 #include <algorithm>
@@ -34,9 +34,8 @@ void TProgramPluginShell::Setup(int32_t sampleRate, int32_t blockSize) {
 }
 
 int32_t TProgramPluginShell::Process(const TBlock& block) {
-	TGlobalStorageScope storage(StorageId());
-	TThreadManager::TScope noRole(kNoThread);
-	TThreadManager::TScope audioRole(kAudioThread);
+	const TGlobalStorageScope storage(StorageId());
+	const TThreadManager::THostScope role(kAudioThread);
 	TThreadCommunicator::Instance()->ProcessCommands();
 
 	if (const int32_t latency = mpEngine->LatencyInSamples(); latency != mLatency.load(std::memory_order_relaxed)) {
@@ -85,7 +84,9 @@ void TProgramPluginShell::RunEngine(const TBlock& block, int32_t samples) {
 }
 
 void TProgramPluginShell::Tick() {
-	AsGui([] { TThreadCommunicator::Instance()->ProcessCommands(); });
+	const TGuiScope scope(*this, TThreadManager::TPatience::kNone);
+	if (scope.IsTaken())
+		TThreadCommunicator::Instance()->ProcessCommands();
 }
 
 void TProgramPluginShell::WaitForAudioThread() {

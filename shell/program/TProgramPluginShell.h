@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/TThreadManager.h"
+#include "framework/foundation/threads/TThreadManager.h"
 #include "shell/TAudioPluginShell.h"
 #include "shell/TPublishedParameters.h"
 
@@ -57,15 +57,16 @@ public:
 	/// Opens the storage and takes the main thread's role for its life: what a call of the host's GUI thread does.
 	class [[nodiscard]] TGuiScope {
 	public:
-		explicit TGuiScope(const TProgramPluginShell& shell)
+		explicit TGuiScope(
+		    const TProgramPluginShell& shell, TThreadManager::TPatience patience = TThreadManager::TPatience::kWait)
 		    : mStorage(shell.StorageId()),
-		      mNoRole(kNoThread),
-		      mRole(kMainThread) {}
+		      mRole(kMainThread, patience) {}
+
+		bool IsTaken() const { return mRole.IsTaken(); }
 
 	private:
 		TGlobalStorageScope mStorage;
-		TThreadManager::TScope mNoRole;
-		TThreadManager::TScope mRole;
+		TThreadManager::THostScope mRole;
 	};
 
 	/// host may be null and must outlive the shell.
@@ -84,7 +85,8 @@ public:
 		return std::forward<TFunction>(function)();
 	}
 
-	/// GUI thread, to be called every 10 ms or so: runs what was posted to the main thread.
+	/// GUI thread, to be called every 10 ms or so: runs what was posted to the main thread. Leaves that to the next
+	/// tick while another thread works on the document.
 	void Tick();
 	/// GUI thread: returns when what it posted to the audio thread has run; with a stopped host it runs here.
 	void WaitForAudioThread();

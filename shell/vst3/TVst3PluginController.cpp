@@ -2,7 +2,8 @@
 // The controller's side of TVst3PluginShell: parameters, programs, and what the host is told.
 #include "shell/vst3/TVst3PluginShell.h"
 
-#include "framework/foundation/TThreadCommunicator.h"
+#include "framework/foundation/commands/TThreadCommunicator.h"
+#include "shell/vst3/TVst3PluginEditor.h"
 #include "shell/vst3/TVst3PluginParameter.h"
 #include "shell/vst3/Vst3HostCall.h"
 #include "shell/vst3/Vst3Text.h"
@@ -135,8 +136,14 @@ tresult PLUGIN_API TVst3PluginShell::setComponentHandler(IComponentHandler* hand
 	return HostCall(StorageId(), [this, handler] { return SingleComponentEffect::setComponentHandler(handler); });
 }
 
-IPlugView* PLUGIN_API TVst3PluginShell::createView(FIDString /*name*/) {
-	return nullptr;
+IPlugView* PLUGIN_API TVst3PluginShell::createView(FIDString name) {
+	return HostQuery<IPlugView*>(StorageId(), nullptr, [&]() -> IPlugView* {
+		const TThreadManager::THostScope role(kMainThread);
+		if (!mpGui || !name || std::strcmp(name, ViewType::kEditor) != 0)
+			return nullptr;
+		mpEditor = new TPluginEditor(*this);
+		return mpEditor;
+	});
 }
 
 // Hosts ask in the middle of a process call.

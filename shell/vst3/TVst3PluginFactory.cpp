@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/vst3/TVst3PluginFactory.h"
 
-#include "framework/foundation/ProductInfo.h"
+#include "framework/foundation/values/ProductInfo.h"
 #include "shell/vst3/TVst3PluginShell.h"
 #include "shell/vst3/Vst3HostCall.h"
 #include "shell/vst3/Vst3Interfaces.h"

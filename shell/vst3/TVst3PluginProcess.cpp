@@ -2,8 +2,8 @@
 // The processor's side of TVst3PluginShell: one block.
 #include "shell/vst3/TVst3PluginShell.h"
 
-#include "framework/foundation/TCommand.h"
-#include "framework/foundation/TThreadCommunicator.h"
+#include "framework/foundation/commands/TCommand.h"
+#include "framework/foundation/commands/TThreadCommunicator.h"
 #include "shell/vst3/TVst3MidiEvents.h"
 #include "shell/vst3/Vst3HostCall.h"
 
@@ -50,8 +50,7 @@ uint32 PLUGIN_API TVst3PluginShell::getTailSamples() {
 
 tresult PLUGIN_API TVst3PluginShell::process(ProcessData& data) {
 	return HostCall(StorageId(), [this, &data]() -> tresult {
-		const TThreadManager::TScope noRole(kNoThread);
-		const TThreadManager::TScope audioRole(kAudioThread);
+		const TThreadManager::THostScope role(kAudioThread);
 		if (!IsInitialized())
 			return kNotInitialized;
 		TThreadCommunicator::Instance()->ProcessCommands();

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/vst3/TVst3PluginShell.h"
 
-#include "framework/document/TObservableBang.h"
-#include "framework/foundation/TLog.h"
-#include "framework/foundation/TThreadCommunicator.h"
+#include "framework/document/observables/TObservableBang.h"
+#include "framework/foundation/commands/TThreadCommunicator.h"
+#include "framework/foundation/files/TLog.h"
+#include "shell/vst3/TVst3PluginEditor.h"
 #include "shell/vst3/TVst3PluginParameter.h"
 #include "shell/vst3/Vst3HostCall.h"
 #include "shell/vst3/Vst3State.h"
@@ -119,7 +120,7 @@ uint32 PLUGIN_API TVst3PluginShell::release() {
 
 tresult PLUGIN_API TVst3PluginShell::initialize(FUnknown* context) {
 	return HostCall(StorageId(), [this, context] {
-		const TMainThreadScope role;
+		const TThreadManager::THostScope role(kMainThread);
 		const tresult base = SingleComponentEffect::initialize(context);
 		GreetHost(context);
 		if (base != kResultOk)
@@ -140,7 +141,7 @@ tresult PLUGIN_API TVst3PluginShell::initialize(FUnknown* context) {
 
 tresult PLUGIN_API TVst3PluginShell::terminate() {
 	return HostCall(StorageId(), [this] {
-		const TMainThreadScope role;
+		const TThreadManager::THostScope role(kMainThread);
 		return CloseDown();
 	});
 }
@@ -158,24 +159,33 @@ void TVst3PluginShell::GreetHost(FUnknown* context) {
 }
 
 void TVst3PluginShell::AddBusses() {
-	const int32_t inputs = mpEngine->MaxInputChannels();
-	const int32_t outputs = mpEngine->MaxOutputChannels();
-	if (inputs < 2)
-		AddStereoBus(kInput, u"Main Input");
-	for (int32_t i = 0; inputs >= 2 && i < inputs; ++i)
-		AddStereoBus(kInput, mpEngine->InputChannelName(i).Units());
-	if (outputs < 2)
-		AddStereoBus(kOutput, u"Main Output");
-	for (int32_t i = 0; outputs >= 2 && i < outputs; ++i)
-		AddStereoBus(kOutput, mpEngine->OutputChannelName(i).Units());
+	mMadeInputs = static_cast<std::size_t>(std::max(mpEngine->MaxInputChannels(), 1));
+	mMadeOutputs = static_cast<std::size_t>(std::max(mpEngine->MaxOutputChannels(), 1));
+	SetBusCounts(mMadeInputs, mMadeOutputs);
 	if (mpEngine->WantsMidiInput())
 		AddEventBus(kInput, u"MIDI Input");
 	if (mpEngine->WantsMidiOutput())
 		AddEventBus(kOutput, u"MIDI Output");
-	mMadeInputs = Busses(kAudio, kInput)->size();
-	mMadeOutputs = Busses(kAudio, kOutput)->size();
-	mBuffers.SetBusCounts(mMadeInputs, mMadeOutputs);
 	mBuffers.SetBlockSize(mpEngine->BlockSize());
+}
+
+/// Takes busses away from the end, or brings back those that a host did without before.
+void TVst3PluginShell::SetBusCounts(std::size_t inputs, std::size_t outputs) {
+	const auto nameOfInput = [this](int32_t bus) -> TString {
+		return mMadeInputs == 1 ? "Main Input" : mpEngine->InputChannelName(2 * bus);
+	};
+	const auto nameOfOutput = [this](int32_t bus) -> TString {
+		return mMadeOutputs == 1 ? "Main Output" : mpEngine->OutputChannelName(2 * bus);
+	};
+	const auto setCount = [this](BusDirection direction, std::size_t count, const auto& nameOf) {
+		auto& busses = *Busses(kAudio, direction);
+		busses.resize(std::min(busses.size(), count));
+		while (busses.size() < count)
+			AddStereoBus(direction, nameOf(static_cast<int32_t>(busses.size())).Units());
+	};
+	setCount(kInput, inputs, nameOfInput);
+	setCount(kOutput, outputs, nameOfOutput);
+	mBuffers.SetBusCounts(inputs, outputs);
 }
 
 void TVst3PluginShell::AddParameters() {
@@ -221,6 +231,8 @@ void TVst3PluginShell::StopObserving() {
 }
 
 tresult TVst3PluginShell::CloseDown() {
+	if (TPluginEditor* editor = std::exchange(mpEditor, nullptr))
+		editor->Close();
 	if (const IPtr<TVst3Timer> timer = std::exchange(mpTimer, nullptr))
 		timer->Stop();
 	if (IsInitialized()) {
@@ -232,7 +244,7 @@ tresult TVst3PluginShell::CloseDown() {
 
 tresult PLUGIN_API TVst3PluginShell::setActive(TBool state) {
 	return HostCall(StorageId(), [this, state] {
-		const TMainThreadScope role;
+		const TThreadManager::THostScope role(kMainThread);
 		if (!IsInitialized())
 			return tresult{kNotInitialized};
 		SetActive(state != 0);
@@ -250,7 +262,7 @@ void TVst3PluginShell::SetActive(bool active) {
 
 tresult PLUGIN_API TVst3PluginShell::setupProcessing(ProcessSetup& setup) {
 	return HostCall(StorageId(), [this, &setup]() -> tresult {
-		const TMainThreadScope role;
+		const TThreadManager::THostScope role(kMainThread);
 		if (!IsInitialized())
 			return kNotInitialized;
 		if (canProcessSampleSize(setup.symbolicSampleSize) != kResultOk || !(setup.sampleRate >= 1.0) ||
@@ -268,7 +280,7 @@ tresult PLUGIN_API TVst3PluginShell::setupProcessing(ProcessSetup& setup) {
 tresult PLUGIN_API TVst3PluginShell::setBusArrangements(
     SpeakerArrangement* inputs, int32 numIns, SpeakerArrangement* outputs, int32 numOuts) {
 	return HostCall(StorageId(), [&]() -> tresult {
-		const TMainThreadScope role;
+		const TThreadManager::THostScope role(kMainThread);
 		if (!IsInitialized())
 			return kNotInitialized;
 		if (numIns < 0 || numOuts < 0 || (!inputs && numIns > 0) || (!outputs && numOuts > 0))
@@ -282,9 +294,7 @@ tresult TVst3PluginShell::ArrangeBusses(TArrangements inputs, TArrangements outp
 	    mpDocument->IsInstrument() ? AcceptInstrument(inputs, outputs) : AcceptEffect(inputs, outputs);
 	if (!isAccepted)
 		return kResultFalse;
-	Busses(kAudio, kInput)->resize(inputs.size());
-	Busses(kAudio, kOutput)->resize(outputs.size());
-	mBuffers.SetBusCounts(inputs.size(), outputs.size());
+	SetBusCounts(inputs.size(), outputs.size());
 	mpEngine->SetInputChannels(static_cast<int32_t>(inputs.size()));
 	mpEngine->SetOutputChannels(static_cast<int32_t>(outputs.size()));
 	return kResultOk;
@@ -334,7 +344,7 @@ bool TVst3PluginShell::AcceptInstrument(TArrangements inputs, TArrangements outp
 
 tresult TVst3PluginShell::LoadComponent(IBStream* stream) {
 	return HostCall(StorageId(), [this, stream]() -> tresult {
-		const TMainThreadScope role;
+		const TThreadManager::THostScope role(kMainThread);
 		if (!IsInitialized())
 			return kNotInitialized;
 		if (!stream)
@@ -350,7 +360,7 @@ tresult TVst3PluginShell::LoadComponent(IBStream* stream) {
 
 tresult TVst3PluginShell::SaveComponent(IBStream* stream) {
 	return HostCall(StorageId(), [this, stream]() -> tresult {
-		const TMainThreadScope role;
+		const TThreadManager::THostScope role(kMainThread);
 		if (!IsInitialized())
 			return kNotInitialized;
 		if (!stream)
@@ -362,9 +372,9 @@ tresult TVst3PluginShell::SaveComponent(IBStream* stream) {
 }
 
 // A host that drags no size is asked; the answer decides whether the editor grows.
-bool TVst3PluginShell::RequestWindowResize(const TSize& /*oldSize*/, const TSize& newSize) {
+bool TVst3PluginShell::RequestWindowResize(const TSize& oldSize, const TSize& newSize) {
 	TLog::Instance()->Log(kLogCategory, "Requesting new window size: %d, %d", newSize.mX, newSize.mY);
-	return false;
+	return mpEditor && mpEditor->RequestResize(oldSize, newSize);
 }
 
 void TVst3PluginShell::OnTimer() noexcept {
@@ -375,6 +385,12 @@ void TVst3PluginShell::OnTimer() noexcept {
 }
 
 void TVst3PluginShell::RunMainThreadCommands() {
-	const TMainThreadScope role;
-	TThreadCommunicator::Instance()->ProcessCommands();
+	// The next tick will do while the host works with the document on another thread.
+	const TThreadManager::THostScope role(kMainThread, TThreadManager::TPatience::kNone);
+	if (!role.IsTaken())
+		return;
+	if (mpEditor && mpEditor->NeedsTicks())
+		mpEditor->Tick();
+	else
+		TThreadCommunicator::Instance()->ProcessCommands();
 }

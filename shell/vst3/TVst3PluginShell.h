@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/TThreadManager.h"
+#include "framework/foundation/threads/TThreadManager.h"
 #include "shell/TAudioPluginShell.h"
 #include "shell/TPublishedParameters.h"
 #include "shell/vst3/SingleComponentEffect.h"
@@ -38,6 +38,7 @@ public:
 	using TReleaser = void (*)(TVst3PluginShell* shell);
 
 	class TPluginParameter;
+	class TPluginEditor;
 
 	/// The host's first reference is counted already.
 	TVst3PluginShell(TDocument* document, TEngine* engine, TGui* gui, TReleaser releaser);
@@ -107,13 +108,6 @@ public:
 	void SendMidiEvents(std::span<const TMidiEvent> events) override;
 
 private:
-	/// Takes the thread's role for a call that only the host's main thread makes.
-	class TMainThreadScope {
-	private:
-		TThreadManager::TScope mNoRole{kNoThread};
-		TThreadManager::TScope mRole{kMainThread};
-	};
-
 	using TArrangements = std::span<const Steinberg::Vst::SpeakerArrangement>;
 
 	enum class TNews : int32_t { kProgramChangedByHost, kProgramChanged, kProgramNamesChanged, kLatencyChanged };
@@ -129,6 +123,7 @@ private:
 
 	void GreetHost(Steinberg::FUnknown* context);
 	void AddBusses();
+	void SetBusCounts(std::size_t inputs, std::size_t outputs);
 	void AddParameters();
 	void StartTimer();
 	void ObserveDocument();
@@ -201,4 +196,5 @@ private:
 	TPtr<TPublishedParameters> mpParameterMap;
 	Steinberg::IPtr<TVst3Timer> mpTimer;
 	TString mHostName;
+	TPluginEditor* mpEditor = nullptr; // the one made last, while the host holds it; main thread
 };

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/TGlobalStorage.h"
-#include "framework/foundation/TReadableException.h"
+#include "framework/foundation/instance/TGlobalStorage.h"
+#include "framework/foundation/text/TReadableException.h"
 #include "shell/vst3/Vst3Interfaces.h"
 
 #include <pluginterfaces/base/funknown.h>

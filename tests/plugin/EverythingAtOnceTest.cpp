@@ -2,7 +2,7 @@
 // All effects, automation, notes, program and scene changes on the audio thread, and a GUI that edits, loads and reads
 // at the same time. Run under the thread sanitizer this finds races; on its own it finds what real-time code must not
 // do.
-#include "framework/foundation/TStream.h"
+#include "framework/foundation/files/TStream.h"
 #include "tests/plugin/AudioThreadLocks.h"
 #include "tests/plugin/TInstanceDriver.h"
 #include "tests/support/TRealTimeWatch.h"

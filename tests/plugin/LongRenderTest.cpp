@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Minutes of sound with random settings in every bar, in blocks of random sizes.
-#include "framework/foundation/TParkMillerPRNG.h"
-#include "framework/foundation/TRandom.h"
+#include "framework/foundation/values/TParkMillerPRNG.h"
+#include "framework/foundation/values/TRandom.h"
 #include "plugin/TProgramInstance.h"
 
 #include <gtest/gtest.h>
@@ -120,11 +120,11 @@ std::optional<double> DrawLevelHeaded(int32_t id, double random) {
 	if (id < 10)
 		return std::nullopt;
 	switch (CommonParameter(id)) {
-	case TVortelParameterTable::kPanning:
+	case VortelParameterIds::kPanning:
 		return 0.4 + 0.2 * random;
-	case TVortelParameterTable::kVolume:
+	case VortelParameterIds::kVolume:
 		return 0.5 * random;
-	case TVortelParameterTable::kFilterQ:
+	case VortelParameterIds::kFilterQ:
 		return 0.5 * random;
 	default:
 		return id == 179 ? 0.8 * random : random; // the echoes' feedback
@@ -195,7 +195,7 @@ TEST(LongRenderTest, EffectsThatNeverJumpDoNotClick) {
 	constexpr double kQuiet = 0.1;     // no click is told from a slope below this level
 	for (const int32_t device : {3, 4, 5, 8}) {
 		TLongRender render({&device, 1}, [](int32_t id, double random) {
-			const bool isType = id >= 10 && CommonParameter(id) == TVortelParameterTable::kFilterType;
+			const bool isType = id >= 10 && CommonParameter(id) == VortelParameterIds::kFilterType;
 			return isType ? std::nullopt : DrawLevelHeaded(id, random);
 		});
 		double level = 0.0;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/TParkMillerPRNG.h"
+#include "framework/foundation/values/TParkMillerPRNG.h"
 #include "plugin/TProgramInstance.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "plugin/TProgramInstance.h"
 
-#include "framework/foundation/TLog.h"
+#include "framework/foundation/files/TLog.h"
 #include "plugin/CreatePluginShell.h"
 #include "tests/plugin/TInstanceDriver.h"
 #include "tests/support/TFrameworkFixture.h"

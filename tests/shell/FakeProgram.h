@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/document/TObservableBaseType.h"
-#include "framework/foundation/TCommandScheduler.h"
-#include "framework/foundation/TStream.h"
-#include "framework/foundation/TThreadManager.h"
+#include "framework/document/observables/TObservableBaseType.h"
+#include "framework/foundation/commands/TCommandScheduler.h"
+#include "framework/foundation/files/TStream.h"
+#include "framework/foundation/threads/TThreadManager.h"
 #include "shell/TAudioPluginShell.h"
 
 #include <array>
@@ -114,6 +114,8 @@ public:
 
 	int32_t LatencyInSamples() override { return mLatency; }
 
+	int32_t MaxOutputChannels() override { return mOutputs; }
+
 	bool WantsSilentOutput() override { return mIsSilent; }
 
 	bool WantsMidiInput() override { return true; }
@@ -131,6 +133,7 @@ public:
 	TTransportInfo mTransport;
 	std::string mCalls;
 	int32_t mLatency = 0;
+	int32_t mOutputs = 1; // pairs
 	bool mIsSilent = false;
 	float mOffset = 0.0f;
 	std::vector<TMidiEvent> mEvents;

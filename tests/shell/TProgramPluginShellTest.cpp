@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/program/TProgramPluginShell.h"
 
-#include "framework/foundation/TThreadCommunicator.h"
+#include "framework/foundation/commands/TThreadCommunicator.h"
 #include "tests/shell/FakeProgram.h"
 #include "tests/support/TFrameworkFixture.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/TLog.h"
-#include "framework/foundation/TThreadCommunicator.h"
+#include "framework/foundation/commands/TThreadCommunicator.h"
+#include "framework/foundation/files/TLog.h"
 #include "shell/vst3/TVst3PluginShell.h"
 #include "tests/shell/FakeProgram.h"
 #include "tests/shell/vst3/FakeVst3Host.h"

@@ -244,6 +244,19 @@ TEST_F(TVst3PluginShellHostTest, EffectTakesStereoOnly) {
 	EXPECT_EQ(mpShell->getMidiControllerAssignment(0, 0, kCtrlModWheel, id), kResultFalse);
 }
 
+TEST_F(TVst3PluginShellHostTest, BussesThatAHostDidWithoutComeBack) {
+	mpEngine->mOutputs = 2;
+	Initialize();
+	for (const std::size_t outputs : {2u, 1u, 2u}) {
+		EXPECT_EQ(Arrange({SpeakerArr::kStereo}, std::vector(outputs, SpeakerArr::kStereo)), kResultOk);
+		EXPECT_EQ(mpShell->getBusCount(kAudio, kOutput), static_cast<int32>(outputs));
+		BusInfo info{};
+		EXPECT_EQ(mpShell->getBusInfo(kAudio, kOutput, static_cast<int32>(outputs) - 1, info), kResultOk);
+		EXPECT_EQ(info.channelCount, 2);
+		EXPECT_EQ(std::u16string_view(info.name), outputs == 2 ? u"Output 2" : u"Output 1");
+	}
+}
+
 TEST_F(TVst3PluginShellHostTest, InstrumentPublishesControllersAndHearsThemAsMidi) {
 	mpDocument->mIsInstrument = true;
 	Initialize();
