@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "framework/foundation/Folders.h"
-#include "framework/foundation/TLog.h"
+#include "framework/foundation/files/Folders.h"
+#include "framework/foundation/files/TLog.h"
 #include "platform/linux/TXdgFolders.h"
-#include "tools/vortel2/CommandLine.h"
-#include "tools/vortel2/TReplacedFile.h"
+#include "tools/vortel2/commands/CommandLine.h"
+#include "tools/vortel2/files/TReplacedFile.h"
 
 int main(int argc, char** argv) {
 	TReplacedFile::HandleSignals();

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/tools/vortel2/RunVortel2.h"
-#include "tools/vortel2/DocumentFiles.h"
-#include "tools/vortel2/TInstance.h"
-#include "tools/vortel2/TScenePlayer.h"
+#include "tools/vortel2/documents/DocumentFiles.h"
+#include "tools/vortel2/documents/TInstance.h"
+#include "tools/vortel2/render/TScenePlayer.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/tools/vortel2/RunVortel2.h"
 
-#include "tools/vortel2/TSoundFile.h"
+#include "tools/vortel2/sound/TSoundFile.h"
 
 #include <algorithm>
 #include <cstdlib>

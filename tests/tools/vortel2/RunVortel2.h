@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "tools/vortel2/TSoundSource.h"
+#include "tools/vortel2/sound/TSoundSource.h"
 
 #include <gtest/gtest.h>
 

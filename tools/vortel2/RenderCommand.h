@@ -1,7 +1,0 @@
-// SPDX-License-Identifier: GPL-3.0-or-later
-#pragma once
-
-#include "tools/vortel2/TRenderOptions.h"
-
-/// Does what the options say. Throws TUsageError or TWorkError; then no output file is there that was not before.
-void RunRender(const TRenderOptions& options);

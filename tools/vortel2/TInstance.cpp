@@ -1,9 +1,0 @@
-// SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/vortel2/TInstance.h"
-
-#include "tools/vortel2/ToolErrors.h"
-
-TInstance::TInstance() : mpInstance(TProgramInstance::Create()) {
-	if (!mpInstance)
-		throw TWorkError("the plug-in could not be started");
-}

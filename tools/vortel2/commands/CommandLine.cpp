@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tools/vortel2/commands/CommandLine.h"
+
+#include "framework/foundation/text/TReadableException.h"
+#include "framework/foundation/values/ProductInfo.h"
+#include "tools/vortel2/commands/NameCommand.h"
+#include "tools/vortel2/commands/OpenCommand.h"
+#include "tools/vortel2/commands/ParameterCommands.h"
+#include "tools/vortel2/commands/RenderCommand.h"
+#include "tools/vortel2/commands/SnapshotCommand.h"
+#include "tools/vortel2/commands/TBankCommands.h"
+#include "tools/vortel2/editor/TSnapshotOptions.h"
+#include "tools/vortel2/files/ToolErrors.h"
+#include "tools/vortel2/open/TOpenOptions.h"
+#include "tools/vortel2/options/AddOption.h"
+#include "tools/vortel2/sound/TLevels.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+constexpr int32_t kMaximumNames = 1000000;
+
+enum EExitStatus : int { kDone = 0, kFailed = 1, kBadUsage = 2 };
+
+void PrintResult(const std::string& text) {
+	const bool isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
+	if (!isWritten)
+		throw TWorkError(std::string("standard output: ") + std::strerror(errno));
+}
+
+/// Names and texts from outside may hold anything; the message stays one line.
+int Complain(std::string message, EExitStatus status) {
+	std::replace_if(
+	    message.begin(), message.end(), [](unsigned char c) { return c < ' ' || c == 127; }, ' ');
+	std::fprintf(stderr, "vortel2: %s\n", message.c_str());
+	return status;
+}
+
+/// The commands; each does its work while the command line is being read, as its last option has been.
+class TCommandLine {
+public:
+	TCommandLine() : mApp("Runs sound through Vortel 2, a step-sequenced multi effect.", "vortel2") {
+		mApp.set_version_flag("--version", std::string("Vortel2 ") + ProductInfo::VersionText());
+		mApp.require_subcommand(0, 1);
+		AddRender();
+		AddOpen();
+		AddSnapshot();
+		AddParams();
+		AddText();
+		AddValue();
+		AddLevels();
+		AddNames();
+		mBank.AddTo(mApp, &PrintResult);
+	}
+
+	void Parse(int argc, char** argv) {
+		mApp.parse(JoinNumbers(argc, argv, "--random"));
+		if (mApp.get_subcommands().empty())
+			throw TUsageError("a command is missing; vortel2 --help lists them");
+	}
+
+	std::string Help() const { return mApp.help(); }
+
+	std::string Version() const { return mApp.version(); }
+
+private:
+	void AddRender() {
+		CLI::App* command = mApp.add_subcommand("render", "Run a sound file through one instance of the plug-in");
+		mRender.AddOptions(*command);
+		command->final_callback([this] { RunRender(mRender); });
+	}
+
+	void AddOpen() {
+		CLI::App* command = mApp.add_subcommand("open", "Open the editor in a window, with a loop playing round");
+		mOpen.AddOptions(*command);
+		command->final_callback([this] { RunOpen(mOpen); });
+	}
+
+	void AddSnapshot() {
+		CLI::App* command =
+		    mApp.add_subcommand("snapshot", "Open the editor in memory, play a script on it, and write its picture");
+		mSnapshot.AddOptions(*command);
+		command->final_callback([this] { RunSnapshot(mSnapshot); });
+	}
+
+	void AddParams() {
+		CLI::App* command = mApp.add_subcommand("params", "List the 210 parameters: id, name, unit, default");
+		AddFlag(*command, "--json", "as a JSON array", mAsJson);
+		command->final_callback([this] { PrintResult(ListParameters(mAsJson)); });
+	}
+
+	void AddText() {
+		CLI::App* command = mApp.add_subcommand("text", "Print the texts that a parameter shows for values");
+		mText.AddOptions(*command, "V", "normalised values, 0 to 1");
+		command->final_callback([this] { PrintResult(ShowTexts(mText)); });
+	}
+
+	void AddValue() {
+		CLI::App* command = mApp.add_subcommand("value", "Print the normalised values that texts stand for");
+		mValue.AddOptions(*command, "TEXT", "texts as the parameter shows them");
+		command->final_callback([this] {
+			const TParsedTexts parsed = ParseTexts(mValue);
+			PrintResult(parsed.mLines);
+			if (parsed.mErrors > 0)
+				throw TWorkError("value: parameter " + mValue.mId + " does not read " + Count(parsed.mErrors));
+		});
+	}
+
+	void AddLevels() {
+		CLI::App* command = mApp.add_subcommand("levels", "Print length, peak and RMS of sound files");
+		command->add_option("FILE", mFiles, "sound files, mono or stereo")->required();
+		command->final_callback([this] {
+			for (const std::string& file : mFiles) {
+				TSoundFileReader reader(file);
+				PrintResult(file + ": " + TLevels::Measure(reader).InWords() + "\n");
+			}
+		});
+	}
+
+	void AddNames() {
+		CLI::App* command = mApp.add_subcommand("names", "Make up names for programs");
+		AddOption(*command, "--count", "N", "how many; default 1", [this](const TOptionText& text) {
+			mNameCount = text.Integer(0, kMaximumNames);
+		});
+		AddOption(*command, "--seed", "N", "the same names for the same N", [this](const TOptionText& text) {
+			mNameSeed = text.RandomSeed();
+		});
+		command->final_callback([this] { PrintResult(MakeNames(mNameCount, mNameSeed)); });
+	}
+
+	std::string Count(int errors) const {
+		return std::to_string(errors) + " of " + std::to_string(mValue.mArguments.size()) + " texts";
+	}
+
+	CLI::App mApp;
+	TRenderOptions mRender;
+	TOpenOptions mOpen;
+	TSnapshotOptions mSnapshot;
+	bool mAsJson = false;
+	TParameterQuery mText;
+	TParameterQuery mValue;
+	std::vector<std::string> mFiles;
+	TBankCommands mBank;
+	int32_t mNameCount = 1;
+	std::optional<uint32_t> mNameSeed;
+};
+
+int Run(TCommandLine& commandLine, int argc, char** argv) {
+	try {
+		commandLine.Parse(argc, argv);
+	} catch (const CLI::CallForHelp&) {
+		PrintResult(commandLine.Help());
+	} catch (const CLI::CallForVersion&) {
+		PrintResult(commandLine.Version() + "\n");
+	} catch (const CLI::ParseError& error) {
+		return Complain(error.what(), kBadUsage);
+	}
+	return kDone;
+}
+
+} // namespace
+
+int RunCommandLine(int argc, char** argv) noexcept {
+	try {
+		TCommandLine commandLine;
+		return Run(commandLine, argc, argv);
+	} catch (const TUsageError& error) {
+		return Complain(error.what(), kBadUsage);
+	} catch (const TReadableException& error) {
+		return Complain(error.Message().CString(), kFailed);
+	} catch (const std::bad_alloc&) {
+		return Complain("out of memory", kFailed);
+	} catch (const std::exception& error) {
+		return Complain(error.what(), kFailed);
+	}
+}
