@@ -2,12 +2,12 @@
 #include "fuzz/FuzzFramework.h"
 
 #include "document/TVortelPrefs.h"
-#include "framework/foundation/Framework.h"
-#include "framework/foundation/TGlobalStorage.h"
-#include "framework/foundation/TLog.h"
-#include "framework/foundation/TReadableException.h"
-#include "framework/foundation/TSystemGlobals.h"
-#include "framework/gui/TBaseViewsPrefs.h"
+#include "framework/foundation/files/TLog.h"
+#include "framework/foundation/instance/TGlobalStorage.h"
+#include "framework/foundation/process/Framework.h"
+#include "framework/foundation/process/TSystemGlobals.h"
+#include "framework/foundation/text/TReadableException.h"
+#include "framework/gui/events/TBaseViewsPrefs.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "document/TVortelDocument.h"
-#include "framework/foundation/TStream.h"
-#include "framework/foundation/TString.h"
+#include "framework/foundation/files/TStream.h"
+#include "framework/foundation/text/TString.h"
 
 #include <cstddef>
 #include <cstdint>

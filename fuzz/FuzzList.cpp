@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "framework/document/TSerializableList.h"
+#include "framework/document/observables/TSerializableList.h"
 #include "fuzz/FuzzFramework.h"
 
 namespace {
