@@ -1,13 +1,20 @@
 #!/usr/bin/env bash
-# Prints instructions per stereo frame for every case of vortel2-count, counted with callgrind: the difference of two
-# lengths divided by the frames between them, so that set-up does not count. Repeatable to the digit.
-# Usage: scripts/count-instructions.sh [CASE...]
+# Prints instructions per stereo frame for every case of vortel2-count, or per frame of the editor for those of
+# vortel2-frame-count, counted with callgrind: the difference of two lengths divided by the frames between them, so that
+# set-up does not count. Repeatable to the digit.
+# Usage: scripts/count-instructions.sh [--editor] [CASE...]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 count=build/release/bin/vortel2-count
 short=22528 # frames; both are whole numbers of the blocks of 256
 long=67584
+if [ "${1:-}" = --editor ]; then
+  shift
+  count=build/release/bin/vortel2-frame-count
+  short=100
+  long=500
+fi
 out=$(mktemp)
 trap 'rm -f "$out"' EXIT
 

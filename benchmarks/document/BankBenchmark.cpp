@@ -2,10 +2,10 @@
 // What do banks cost to keep? Processor time to save and to load one, by the number of scenes with content in each
 // program; every value of such a scene is off its default. 128 is the full bank, 0 the fresh one.
 #include "document/TVortelDocument.h"
-#include "framework/foundation/Framework.h"
-#include "framework/foundation/TGlobalStorage.h"
-#include "framework/foundation/TLog.h"
-#include "framework/foundation/TStream.h"
+#include "framework/foundation/files/TLog.h"
+#include "framework/foundation/files/TStream.h"
+#include "framework/foundation/instance/TGlobalStorage.h"
+#include "framework/foundation/process/Framework.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>

@@ -40,7 +40,7 @@ public:
 		for (const auto& [id, value] : options.mParameters)
 			Scene().SetParameterValue(id, value);
 		if (options.mFilter)
-			Scene().SetParameterValue(mFirstId + TVortelParameterTable::kFilterType, 0.25f);
+			Scene().SetParameterValue(mFirstId + VortelParameterIds::kFilterType, 0.25f);
 		mpDevice = CreateVortelDspDevice(*mpDocument, nullptr, options.mDevice);
 		mpDevice->SetBlockSize(TBenchmarkCase::kMaximumBlock);
 		mpDevice->SetProgram(mpDocument->ActiveProgram());
@@ -65,8 +65,8 @@ private:
 
 	void MoveRamps() {
 		mUp = !mUp;
-		for (int32_t offset = TVortelParameterTable::kMix; offset <= TVortelParameterTable::kFilterQ; ++offset) {
-			if (offset != TVortelParameterTable::kFilterType)
+		for (int32_t offset = VortelParameterIds::kMix; offset <= VortelParameterIds::kFilterQ; ++offset) {
+			if (offset != VortelParameterIds::kFilterType)
 				Scene().SetParameterValue(mFirstId + offset, mUp ? 0.7f : 0.3f);
 		}
 		for (const int32_t id : mOptions.mRamped)

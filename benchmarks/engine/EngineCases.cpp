@@ -2,8 +2,8 @@
 #include "benchmarks/TSoundCase.h"
 #include "document/TVortelDocument.h"
 #include "engine/TVortelAudioEngine.h"
-#include "framework/foundation/TThreadCommunicator.h"
-#include "framework/foundation/TThreadManager.h"
+#include "framework/foundation/commands/TThreadCommunicator.h"
+#include "framework/foundation/threads/TThreadManager.h"
 
 #include <vector>
 
@@ -60,7 +60,7 @@ private:
 			const int32_t device = mOptions.mDevices[i];
 			if (mOptions.mFilter)
 				scene.SetParameterValue(
-				    mpDocument->Device(device)->FirstParameterId() + TVortelParameterTable::kFilterType, 0.25f);
+				    mpDocument->Device(device)->FirstParameterId() + VortelParameterIds::kFilterType, 0.25f);
 			TVortelSequence& row = scene.Sequencer()->Sequence(device);
 			if (mOptions.mPattern == EPattern::kInTurn) {
 				row.SetStep(static_cast<int32_t>(i), kStepBlockStart);

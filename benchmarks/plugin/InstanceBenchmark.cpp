@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What does an instance cost? Time to make and end one, and the memory that the first and the second take.
-#include "framework/foundation/TLog.h"
+#include "framework/foundation/files/TLog.h"
 #include "plugin/TProgramInstance.h"
 
 #include <benchmark/benchmark.h>
