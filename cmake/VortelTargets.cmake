@@ -61,5 +61,5 @@ function(vortel_test)
   # Nothing reaches the settings of who runs the tests.
   set(home "${CMAKE_BINARY_DIR}/home")
   gtest_discover_tests(${ARG_NAME} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300
-    ENVIRONMENT "XDG_CONFIG_HOME=${home}/config;XDG_STATE_HOME=${home}/state;XDG_DATA_HOME=${home}/data")
+    ENVIRONMENT "XDG_CONFIG_HOME=${home}/config;XDG_STATE_HOME=${home}/state;XDG_DATA_HOME=${home}/data;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/library-leaks.txt:print_suppressions=0")
 endfunction()

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the program, renders its drum loop once through each effect and once through all ten, draws a picture of each
-# render, and says what became of the loop.
+# render, says what became of the loop, and makes a picture of the editor.
 # Usage: scripts/demo.sh [FOLDER]   where the files go; default build/demo
 set -euo pipefail
 folder=$(realpath -m "${1:-$(dirname "$0")/../build/demo}")
@@ -27,3 +27,9 @@ echo "before:"
 "$vortel2" levels "$folder/loop.wav"
 echo "after, each with a picture beside it:"
 "$vortel2" levels "${processed[@]}"
+
+recipe all
+"$vortel2" snapshot "$folder/editor.png" --scale 2 "${recipe[@]}"
+echo
+echo "$folder/editor.png shows the editor with the pattern of loop-all.wav."
+echo "To see it move, and to hear it: $vortel2 open"

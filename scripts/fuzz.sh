@@ -10,7 +10,7 @@ seconds=${1:-60}
 shift || true
 names=("$@")
 if [ ${#names[@]} -eq 0 ]; then
-  names=(bank program chunk preferences color row list)
+  names=(bank program chunk preferences color row list theme fonts image midi bank-text)
 fi
 
 scripts/install-packages.sh

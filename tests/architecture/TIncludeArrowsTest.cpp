@@ -17,29 +17,48 @@ namespace {
 namespace fs = std::filesystem;
 using TFolderSet = std::set<std::string>;
 
-/// What each folder may include directly. What those may include follows from it.
+/// What each folder may include directly. What those may include follows from it. Only the outermost choose a platform.
 const std::map<std::string, TFolderSet> kArrows{
     {"framework/foundation", {}},
     {"framework/document", {"framework/foundation"}},
-    {"framework/graphics", {"framework/document"}},
+    {"framework/graphics", {"framework/document", "platform"}},
     {"framework/gui", {"framework/graphics"}},
-    {"platform", {"framework/gui", "framework/graphics", "framework/foundation"}},
-    {"shell", {"framework/gui", "framework/document"}},
+    {"platform", {"framework/foundation"}},
+    {"platform/linux", {"platform"}},
+    {"platform/headless", {"platform"}},
+    {"shell", {"framework/gui"}},
     {"shell/program", {"shell"}},
-    {"shell/vst3", {"shell", "platform"}},
-    {"shell/vst2", {"shell", "platform"}},
-    {"shell/audiounit", {"shell", "platform"}},
+    {"shell/vst3", {"shell"}},
+    {"shell/vst2", {"shell"}},
+    {"shell/audiounit", {"shell"}},
     {"document", {"shell"}},
     {"effects", {"document"}},
     {"engine", {"effects"}},
-    {"editor", {"engine", "document"}},
-    {"plugin", {"editor", "engine", "platform", "shell/program", "shell/vst3", "shell/vst2", "shell/audiounit"}},
-    {"tools", {"plugin"}},
+    {"editor", {"engine"}},
+    {"plugin", {"editor", "engine", "platform/linux", "shell/program", "shell/vst3", "shell/vst2", "shell/audiounit"}},
+    {"tools", {"plugin", "platform/headless"}},
+};
+
+/// The rooms of the folders that have some, lowest first: a room includes itself and those before it. What lies in the
+/// folder itself stands above its rooms.
+const std::map<std::string, std::vector<std::string>> kRooms{
+    {"framework/foundation", {"memory", "values", "instance", "threads", "text", "files", "commands", "process"}},
+    {"framework/document", {"observables", "xml", "nodes", "undo"}},
+    {"framework/graphics", {"images", "surfaces", "bitmaps", "fonts", "skin"}},
+    {"framework/gui",
+     {"events", "keyboard", "windows", "views", "layout", "text", "controls", "tooltips", "scrolling", "menus",
+      "dialogs"}},
+    {"platform/linux", {"text", "fonts", "dialogs", "x11"}},
+    {"effects", {"blocks"}},
+    {"editor", {"skin", "support", "menus", "sequencer", "devices", "panels"}},
+    {"tools/vortel2", {"files", "options", "sound", "documents", "plot", "render", "editor", "gallery", "open", "commands"}},
 };
 
 /// System and host headers that only the outermost folders may see.
-const std::vector<std::string> kSystemHeaders{"X11/", "xcb/", "pluginterfaces/", "public.sdk/", "sndfile", "CLI/"};
-const TFolderSet kSystemFolders{"platform", "shell/vst3", "shell/vst2", "shell/audiounit", "tools", "plugin"};
+const std::vector<std::string> kSystemHeaders{"X11/",    "xcb/",     "xkbcommon/",      "fontconfig/",
+                                              "dbus/",   "systemd/", "pluginterfaces/", "public.sdk/",
+                                              "sndfile", "CLI/"};
+const TFolderSet kSystemFolders{"platform/linux", "shell/vst3", "shell/vst2", "shell/audiounit", "tools", "plugin"};
 
 TFolderSet Reachable(const std::string& folder) {
 	TFolderSet reachable{folder};
@@ -55,6 +74,27 @@ std::optional<std::string> FolderOf(const std::string& path) {
 		if (path.starts_with(folder + "/") && (!found || folder.size() > found->size()))
 			found = folder;
 	return found;
+}
+
+/// Of "framework/document/nodes/TDocumentNode.h": the folder with its rooms, and the place of the file's room in their
+/// order. Nothing where there are no rooms; an unknown room's place is -1.
+struct TPlace {
+	std::string mFolder;
+	int mRoom;
+};
+
+std::optional<TPlace> PlaceOf(const std::string& path) {
+	for (const auto& [folder, rooms] : kRooms) {
+		if (!path.starts_with(folder + "/"))
+			continue;
+		const std::string rest = path.substr(folder.size() + 1);
+		const auto slash = rest.find('/');
+		if (slash == std::string::npos)
+			return TPlace{folder, static_cast<int>(rooms.size())};
+		const auto room = std::find(rooms.begin(), rooms.end(), rest.substr(0, slash));
+		return TPlace{folder, room == rooms.end() ? -1 : static_cast<int>(room - rooms.begin())};
+	}
+	return std::nullopt;
 }
 
 struct TInclude {
@@ -96,6 +136,16 @@ TEST(TIncludeArrowsTest, EveryOwnIncludeFollowsAnArrow) {
 		const auto to = FolderOf(include.mTarget);
 		ASSERT_TRUE(to) << include.mFile << " includes " << include.mTarget << ", which is not written from the root";
 		EXPECT_TRUE(Reachable(*from).contains(*to)) << include.mFile << " must not know " << include.mTarget;
+	}
+}
+
+TEST(TIncludeArrowsTest, NoRoomIncludesOneAboveIt) {
+	for (const TInclude& include : ReadIncludes()) {
+		const auto from = PlaceOf(include.mFile);
+		EXPECT_TRUE(!from || from->mRoom >= 0) << "the order of the rooms does not name that of " << include.mFile;
+		const auto to = PlaceOf(include.mTarget);
+		EXPECT_FALSE(include.mIsOwn && from && to && from->mFolder == to->mFolder && to->mRoom > from->mRoom)
+		    << include.mFile << " must not know " << include.mTarget << ", which stands above it";
 	}
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/TStream.h"
+#include "framework/foundation/files/TStream.h"
 
 #include <string>
 #include <string_view>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/MemoryHeap.h"
+#include "framework/foundation/memory/MemoryHeap.h"
 
 #include <cstddef>
 

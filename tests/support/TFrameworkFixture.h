@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/Framework.h"
-#include "framework/foundation/TGlobalStorage.h"
+#include "framework/foundation/instance/TGlobalStorage.h"
+#include "framework/foundation/process/Framework.h"
 
 #include <gtest/gtest.h>
 

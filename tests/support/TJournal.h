@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/document/TForwardingObserver.h"
+#include "framework/document/observables/TForwardingObserver.h"
 
 #include <string>
 #include <utility>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/TLog.h"
+#include "framework/foundation/files/TLog.h"
 #include "tests/support/TTemporaryFolder.h"
 
 /// A fresh folder that the process's log is written to, without echo.

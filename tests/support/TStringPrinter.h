@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/TString.h"
+#include "framework/foundation/text/TString.h"
 
 #include <ostream>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "framework/foundation/TDirectory.h"
+#include "framework/foundation/files/TDirectory.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The checks of the two test suites that VST 3 plug-ins are usually put through, by the names that those suites print.
 // The first suite has a fresh instance for each, the second runs them on one and the same.
-#include "framework/foundation/TParkMillerPRNG.h"
+#include "framework/foundation/values/TParkMillerPRNG.h"
 #include "tests/vst3/TTestHost.h"
 
 #include <pluginterfaces/vst/ivstmidilearn.h>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/vst3/TTestHost.h"
 
-#include "framework/foundation/TLog.h"
-#include "framework/foundation/TParkMillerPRNG.h"
-#include "framework/foundation/TStream.h"
+#include "framework/foundation/files/TLog.h"
+#include "framework/foundation/files/TStream.h"
+#include "framework/foundation/values/TParkMillerPRNG.h"
 #include "tests/plugin/TInstanceDriver.h"
 #include "tests/support/TTemporaryFolder.h"
 

@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The editor in a host's window: opened, ticked, closed and left in every order that hosts are known to choose.
+
+#include "tests/support/TXvfb.h"
+#include "tests/vst3/TTestHost.h"
+
+#include <gtest/gtest.h>
+#include <pluginterfaces/gui/iplugview.h>
+#include <xcb/xcb.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <memory>
+#include <set>
+#include <thread>
+#include <vector>
+
+using namespace Steinberg;
+
+namespace {
+
+constexpr uint16_t kWidth = 962;
+constexpr uint16_t kHeight = 595;
+
+template <class T>
+using TCPtr = std::unique_ptr<T, decltype(&std::free)>;
+
+/// A host's window with nothing in it.
+class THostWindow {
+public:
+	explicit THostWindow(int16_t left = 0)
+	    : mpConnection(xcb_connect(nullptr, nullptr)),
+	      mId(xcb_generate_id(mpConnection)) {
+		const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(mpConnection)).data;
+		xcb_create_window(
+		    mpConnection, XCB_COPY_FROM_PARENT, mId, screen->root, left, 0, kWidth, kHeight, 0,
+		    XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
+		xcb_map_window(mpConnection, mId);
+		Sync();
+	}
+
+	~THostWindow() { xcb_disconnect(mpConnection); }
+
+	void* Parent() const { return reinterpret_cast<void*>(uintptr_t{mId}); }
+
+	void Destroy() {
+		xcb_destroy_window(mpConnection, mId);
+		Sync();
+	}
+
+	int NumberOfChildren() {
+		const TCPtr<xcb_query_tree_reply_t> reply(
+		    xcb_query_tree_reply(mpConnection, xcb_query_tree(mpConnection, mId), nullptr), &std::free);
+		return reply ? reply->children_len : -1;
+	}
+
+	/// How many colours the window shows; few while nothing is drawn.
+	std::size_t NumberOfColors() {
+		const auto cookie =
+		    xcb_get_image(mpConnection, XCB_IMAGE_FORMAT_Z_PIXMAP, mId, 0, 0, kWidth, kHeight, ~uint32_t{0});
+		const TCPtr<xcb_get_image_reply_t> reply(xcb_get_image_reply(mpConnection, cookie, nullptr), &std::free);
+		if (!reply)
+			return 0;
+		const auto* pixels = reinterpret_cast<const uint32_t*>(xcb_get_image_data(reply.get()));
+		return std::set<uint32_t>(pixels, pixels + kWidth * kHeight).size();
+	}
+
+private:
+	void Sync() { std::free(xcb_get_input_focus_reply(mpConnection, xcb_get_input_focus(mpConnection), nullptr)); }
+
+	xcb_connection_t* mpConnection;
+	xcb_window_t mId;
+};
+
+/// The frame around a view, with the run loop that it lends.
+class THostFrame final : public IPlugFrame, public Linux::IRunLoop {
+public:
+	tresult PLUGIN_API resizeView(IPlugView*, ViewRect*) override { return kResultFalse; }
+
+	tresult PLUGIN_API registerTimer(Linux::ITimerHandler* handler, Linux::TimerInterval) override {
+		mTimers.insert(handler);
+		return kResultOk;
+	}
+
+	tresult PLUGIN_API unregisterTimer(Linux::ITimerHandler* handler) override {
+		return mTimers.erase(handler) ? kResultOk : kResultFalse;
+	}
+
+	tresult PLUGIN_API registerEventHandler(Linux::IEventHandler*, Linux::FileDescriptor) override { return kResultOk; }
+
+	tresult PLUGIN_API unregisterEventHandler(Linux::IEventHandler*) override { return kResultOk; }
+
+	tresult PLUGIN_API queryInterface(const TUID id, void** object) override {
+		*object = nullptr;
+		if (FUnknownPrivate::iidEqual(id, IPlugFrame_iid) || FUnknownPrivate::iidEqual(id, FUnknown_iid))
+			*object = static_cast<IPlugFrame*>(this);
+		else if (FUnknownPrivate::iidEqual(id, Linux::IRunLoop_iid))
+			*object = static_cast<Linux::IRunLoop*>(this);
+		return *object ? kResultOk : kNoInterface;
+	}
+
+	uint32 PLUGIN_API addRef() override { return 1; }
+
+	uint32 PLUGIN_API release() override { return 1; }
+
+	/// As often as asked, as far apart as a host's clock has it.
+	void Tick(int count = 3) {
+		for (; count > 0; --count) {
+			std::this_thread::sleep_for(std::chrono::milliseconds(10));
+			for (Linux::ITimerHandler* timer : std::set<Linux::ITimerHandler*>(mTimers))
+				timer->onTimer();
+		}
+	}
+
+	std::size_t NumberOfTimers() const { return mTimers.size(); }
+
+private:
+	std::set<Linux::ITimerHandler*> mTimers;
+};
+
+class Vst3EditorTest : public testing::Test {
+protected:
+	void SetUp() override {
+		if (!mServer.IsRunning())
+			GTEST_SKIP() << "Xvfb is not installed";
+		mpPlugin = std::make_unique<TTestPlugin>(mModule);
+	}
+
+	IPtr<IPlugView> CreateView() { return owned(mpPlugin->mpController->createView(Vst::ViewType::kEditor)); }
+
+	static tresult Attach(IPlugView& view, THostWindow& window) {
+		return view.attached(window.Parent(), kPlatformTypeX11EmbedWindowID);
+	}
+
+	TXvfb mServer{"2000x700x24"}; // room for two editors
+	TVst3Module mModule;
+	std::unique_ptr<TTestPlugin> mpPlugin;
+};
+
+TEST_F(Vst3EditorTest, OpensDrawsAndLeavesNothingBehind) {
+	const IPtr<IPlugView> view = CreateView();
+	ASSERT_TRUE(view);
+	EXPECT_EQ(view->isPlatformTypeSupported(kPlatformTypeX11EmbedWindowID), kResultTrue);
+	EXPECT_EQ(view->isPlatformTypeSupported("HWND"), kResultFalse);
+	ViewRect size{};
+	EXPECT_EQ(view->getSize(&size), kResultOk);
+	EXPECT_EQ(size.getWidth(), kWidth);
+	EXPECT_EQ(size.getHeight(), kHeight);
+
+	THostWindow window;
+	THostFrame frame;
+	for (int round = 0; round < 3; ++round) {
+		view->setFrame(&frame);
+		ASSERT_EQ(Attach(*view, window), kResultOk);
+		frame.Tick();
+		EXPECT_GT(window.NumberOfColors(), 100u);
+		EXPECT_EQ(view->removed(), kResultOk);
+		EXPECT_EQ(frame.NumberOfTimers(), 0u);
+		EXPECT_EQ(window.NumberOfChildren(), 0);
+		view->setFrame(nullptr);
+	}
+	EXPECT_EQ(view->removed(), kResultFalse);
+}
+
+TEST_F(Vst3EditorTest, TakesTheOrdersOfHosts) {
+	THostWindow window;
+	THostFrame frame;
+	const IPtr<IPlugView> view = CreateView();
+	view->setFrame(&frame);
+	EXPECT_EQ(view->attached(nullptr, kPlatformTypeX11EmbedWindowID), kResultOk) << "no parent: no editor, no error";
+	EXPECT_EQ(view->attached(window.Parent(), nullptr), kResultFalse);
+
+	// Attached again without having been removed, as on each map of a socket.
+	EXPECT_EQ(Attach(*view, window), kResultOk);
+	EXPECT_EQ(Attach(*view, window), kResultOk);
+	frame.Tick();
+	EXPECT_EQ(window.NumberOfChildren(), 1);
+	EXPECT_EQ(frame.NumberOfTimers(), 1u);
+
+	// The frame goes first.
+	view->setFrame(nullptr);
+	EXPECT_EQ(view->removed(), kResultOk);
+	EXPECT_EQ(frame.NumberOfTimers(), 0u);
+
+	// The parent goes first, with the editor in it.
+	view->setFrame(&frame);
+	EXPECT_EQ(Attach(*view, window), kResultOk);
+	frame.Tick();
+	window.Destroy();
+	frame.Tick(5);
+	EXPECT_EQ(view->removed(), kResultOk);
+	EXPECT_EQ(Attach(*view, window), kResultFalse) << "there is no such window any more";
+}
+
+TEST_F(Vst3EditorTest, OutlivesItsInstanceAndSharesTheProcess) {
+	THostWindow window;
+	THostFrame frame;
+	const IPtr<IPlugView> view = CreateView();
+	view->setFrame(&frame);
+	ASSERT_EQ(Attach(*view, window), kResultOk);
+
+	auto other = std::make_unique<TTestPlugin>(mModule);
+	THostWindow otherWindow(kWidth);
+	THostFrame otherFrame;
+	const IPtr<IPlugView> otherView = owned(other->mpController->createView(Vst::ViewType::kEditor));
+	otherView->setFrame(&otherFrame);
+	ASSERT_EQ(Attach(*otherView, otherWindow), kResultOk);
+	frame.Tick();
+	otherFrame.Tick();
+	EXPECT_GT(window.NumberOfColors(), 100u);
+	EXPECT_GT(otherWindow.NumberOfColors(), 100u);
+
+	// Terminated while the view is open: that closes it.
+	other.reset();
+	EXPECT_EQ(otherWindow.NumberOfChildren(), 0);
+	EXPECT_EQ(otherView->removed(), kResultFalse);
+	frame.Tick();
+	EXPECT_EQ(view->removed(), kResultOk);
+}
+
+TEST_F(Vst3EditorTest, WithoutADisplayTheEditorStaysClosed) {
+	THostWindow window;
+	const IPtr<IPlugView> view = CreateView();
+	setenv("DISPLAY", ":4711", 1);
+	EXPECT_EQ(Attach(*view, window), kResultFalse);
+	EXPECT_EQ(view->removed(), kResultFalse);
+}
+
+} // namespace
