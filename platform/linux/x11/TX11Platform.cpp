@@ -267,18 +267,21 @@ void TX11Platform::OnKeyWindow(TX11Window* window) {
 		mClipboard.ReadAhead();
 }
 
-xcb_timestamp_t& TX11Platform::TimeOfPassed(const xcb_key_press_event_t& event) {
+TX11Platform::TPassedKey& TX11Platform::PassedKey(const xcb_key_press_event_t& event) {
 	return (event.response_type & 0x7F) == XCB_KEY_RELEASE ? mPassedRelease : mPassedPress;
 }
 
 bool TX11Platform::MayPassOn(const xcb_key_press_event_t& event) {
-	return event.time == XCB_CURRENT_TIME || std::exchange(TimeOfPassed(event), event.time) != event.time;
+	if (event.time == XCB_CURRENT_TIME)
+		return true;
+	const TPassedKey before = std::exchange(PassedKey(event), {event.time, event.detail});
+	return before.mTime != event.time || before.mKeycode != event.detail; // keys of one chord may share their time
 }
 
 /// Some hosts send such keys on to the window that they embed; the time tells that it is the same key again.
 bool TX11Platform::IsPassedOn(const xcb_key_press_event_t& event) {
 	const bool isSent = (event.response_type & 0x80) != 0;
-	return isSent && event.time != XCB_CURRENT_TIME && TimeOfPassed(event) == event.time;
+	return isSent && event.time != XCB_CURRENT_TIME && PassedKey(event).mTime == event.time;
 }
 
 TOwnerPtr<TFileDialogImpl> TX11Platform::StartFileDialog(const TFileDialogSettings& settings, TWindowGlue* parent) {

@@ -65,6 +65,11 @@ public:
 	bool MayPassOn(const xcb_key_press_event_t& event);
 
 private:
+	struct TPassedKey {
+		xcb_timestamp_t mTime = 0;
+		xcb_keycode_t mKeycode = 0;
+	};
+
 	class TRound;
 
 	void Connect();
@@ -74,7 +79,7 @@ private:
 	void Handle(xcb_generic_event_t& event);
 	void OnKey(const xcb_key_press_event_t& event);
 	bool IsPassedOn(const xcb_key_press_event_t& event);
-	xcb_timestamp_t& TimeOfPassed(const xcb_key_press_event_t& event);
+	TPassedKey& PassedKey(const xcb_key_press_event_t& event);
 	void DeliverKey(TX11Window& window, const xcb_key_press_event_t& event, bool isEditing);
 	void OnKeyWindow(TX11Window* window);
 	void Settle();
@@ -95,6 +100,6 @@ private:
 	xcb_window_t mTextWindow = 0; // whose keys the input method has seen last
 	bool mHasShapes = false;
 	int mRounds = 0; // how deep we are in events
-	xcb_timestamp_t mPassedPress = 0;
-	xcb_timestamp_t mPassedRelease = 0;
+	TPassedKey mPassedPress;
+	TPassedKey mPassedRelease;
 };
