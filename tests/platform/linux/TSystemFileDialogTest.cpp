@@ -150,7 +150,7 @@ protected:
 	/// Polls until the dialog has ended, or the portal has heard of it.
 	TState PollToEnd(
 	    TFileDialogImpl& dialog, const std::function<bool()>& until = [] { return false; }) {
-		const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+		const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
 		TState state = dialog.Poll();
 		while (state == TState::kOpen && !until() && std::chrono::steady_clock::now() < end) {
 			if (mpPortal)
@@ -218,12 +218,16 @@ TEST_F(TSystemFileDialogTest, ThePortalsDialogCanBeCancelledFromBothSides) {
 	{
 		TSystemFileDialog dialog(mSettings, 0);
 		PollToEnd(dialog, isAsked);
-		mpPortal->Process();
-		std::this_thread::sleep_for(std::chrono::milliseconds(20));
-		dialog.Poll();
+		for (int round = 0; round < 20; ++round) { // time for the answer that names the request
+			mpPortal->Process();
+			std::this_thread::sleep_for(std::chrono::milliseconds(10));
+			dialog.Poll();
+		}
 	}
-	std::this_thread::sleep_for(std::chrono::milliseconds(20));
-	mpPortal->Process();
+	for (int round = 0; round < 3000 && !mpPortal->mIsWithdrawn; ++round) {
+		std::this_thread::sleep_for(std::chrono::milliseconds(10));
+		mpPortal->Process();
+	}
 	EXPECT_TRUE(mpPortal->mIsWithdrawn);
 	mpPortal->mAnswers = false;
 	mpPortal->mRequest.clear();

@@ -47,9 +47,9 @@ protected:
 		}
 	}
 
-	/// Until it holds, at most five seconds.
+	/// Until it holds, at most half a minute.
 	bool SettleUntil(const std::function<bool()>& condition) {
-		const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+		const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
 		bool holds = condition();
 		while (!holds && std::chrono::steady_clock::now() < end) {
 			Platform().WaitForTick();
