@@ -7,8 +7,8 @@
 #include "framework/foundation/memory/TPtr.h"
 #include "framework/foundation/text/TString.h"
 #include "framework/foundation/values/TPointT.h"
-#include "shell/TAudioPlayer.h"
 #include "framework/gui/views/TMainFrameView.h"
+#include "shell/TAudioPlayer.h"
 #include "shell/TMidiEvent.h"
 #include "shell/TTransportInfo.h"
 

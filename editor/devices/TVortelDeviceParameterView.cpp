@@ -2,8 +2,8 @@
 #include "editor/devices/TVortelDeviceParameterView.h"
 
 #include "document/TVortelDevice.h"
-#include "framework/graphics/skin/TSkinColors.h"
 #include "framework/graphics/skin/TSkin.h"
+#include "framework/graphics/skin/TSkinColors.h"
 #include "framework/gui/controls/TLinkedViewValue.h"
 #include "framework/gui/controls/TRotaryEncoder.h"
 #include "framework/gui/text/TTextField.h"

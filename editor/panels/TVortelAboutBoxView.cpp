@@ -7,11 +7,11 @@
 #include "editor/support/TVortelSeparatorView.h"
 #include "framework/foundation/values/ProductInfo.h"
 #include "framework/graphics/surfaces/TGraphPortPrefs.h"
-#include "framework/gui/events/TBaseViewsPrefs.h"
 #include "framework/gui/controls/TBitmapView.h"
 #include "framework/gui/controls/TButton.h"
 #include "framework/gui/controls/TButtonField.h"
 #include "framework/gui/controls/TSwitchButton.h"
+#include "framework/gui/events/TBaseViewsPrefs.h"
 #include "framework/gui/text/TTextView.h"
 
 using namespace EditorControls;

@@ -51,7 +51,8 @@ const std::map<std::string, std::vector<std::string>> kRooms{
     {"platform/linux", {"text", "fonts", "dialogs", "x11"}},
     {"effects", {"blocks"}},
     {"editor", {"skin", "support", "menus", "sequencer", "devices", "panels"}},
-    {"tools/vortel2", {"files", "options", "sound", "documents", "plot", "render", "editor", "gallery", "open", "commands"}},
+    {"tools/vortel2",
+     {"files", "options", "sound", "documents", "plot", "render", "editor", "gallery", "open", "commands"}},
 };
 
 /// System and host headers that only the outermost folders may see.

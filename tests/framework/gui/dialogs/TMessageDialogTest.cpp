@@ -40,10 +40,12 @@ protected:
 };
 
 TEST_F(TMessageDialogTest, KeysAndButtonsAnswer) {
-	const auto key = [](int code) { return [code] {
+	const auto key = [](int code) {
+		return [code] {
 			Platform().KeyDown(code);
 			Platform().KeyUp(code);
-		}; };
+		};
+	};
 	EXPECT_EQ(Answer({"OK"}, key(kKeyEscape)), "OK");
 	EXPECT_EQ(Answer({"Yes", "No"}, key(kKeyEscape)), "No");
 	EXPECT_EQ(Answer({"Yes", "No"}, key(kKeyReturn)), "Yes");
