@@ -7,7 +7,8 @@
 
 TVortelPrefs::TVortelPrefs()
     : mpShowToolTips(TBaseViewsPrefs::Instance()->ShowTooltips()),
-      mpWarpCursorOnDrag(TBaseViewsPrefs::Instance()->WarpCursorOnDrag()) {
+      mpWarpCursorOnDrag(TBaseViewsPrefs::Instance()->WarpCursorOnDrag()),
+      mpGraphPortPrefs(MakePtr<TGraphPortGroup>()) {
 	using TNameRules::MemberNameToElementName;
 	OnLoadBegin();
 	AddPreference(&mDefaultBankFilename, MemberNameToElementName("mDefaultBankFilename"));
@@ -15,6 +16,8 @@ TVortelPrefs::TVortelPrefs()
 	AddPreference(&mpShowToolTips, MemberNameToElementName("mpShowToolTips"));
 	AddPreference(&mpWarpCursorOnDrag, MemberNameToElementName("mpWarpCursorOnDrag"));
 	AddPreference(&mRandomizeOnLoad, MemberNameToElementName("mRandomizeOnLoad"));
+	AddChild(mpGraphPortPrefs.Get(), MemberNameToElementName("mpGraphPortPrefs"), kWrite);
+	AddPreference(*mpGraphPortPrefs, &mpGraphPortPrefs->mUiScaleFactor, MemberNameToElementName("mUIScaleFactor"));
 	FinishDeclaration();
 }
 
@@ -31,4 +34,5 @@ void TVortelPrefs::OnLoadBegin() {
 	mpShowToolTips.Set(true);
 	mpWarpCursorOnDrag.Set(true);
 	mRandomizeOnLoad.Set(true);
+	mpGraphPortPrefs->mUiScaleFactor.Set({});
 }

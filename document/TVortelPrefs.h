@@ -28,12 +28,24 @@ public:
 
 	TObservableBaseType<bool>& WarpCursorOnDrag() noexcept { return mpWarpCursorOnDrag; }
 
+	/// How large editors are drawn from their next start on, in the words of TGraphPortPrefs. Empty: as large as the
+	/// display asks for; the file then says nothing of it.
+	TObservableBaseType<TString>& UiScaleFactor() noexcept { return mpGraphPortPrefs->mUiScaleFactor; }
+
 	void OnLoadBegin() override;
 
 private:
+	/// Named as the port looks for it before there are preferences.
+	struct TGraphPortGroup final : TDocumentNode {
+		TGraphPortGroup() { FinishDeclaration(); }
+
+		TObservableBaseType<TString> mUiScaleFactor;
+	};
+
 	TObservableBaseType<TString> mDefaultBankFilename;
 	TObservableBaseType<TString> mLastUsedPath;
 	TObservableBaseType<bool>& mpShowToolTips;
 	TObservableBaseType<bool>& mpWarpCursorOnDrag;
 	TObservableBaseType<bool> mRandomizeOnLoad;
+	const TPtr<TGraphPortGroup> mpGraphPortPrefs;
 };

@@ -95,6 +95,13 @@ int TVortelAboutBoxView::Scale() const {
 	return TGraphPortPrefs::Instance()->mUIScaleFactor.Get();
 }
 
+/// At once, and for the next start.
 void TVortelAboutBoxView::SetScale(int factor) {
-	TGraphPortPrefs::Instance()->mUIScaleFactor.Set(static_cast<TGraphPort::TScaleFactor>(factor));
+	TUiScaleFactorEnum& scale = TGraphPortPrefs::Instance()->mUIScaleFactor;
+	if (TVortelPrefs* preferences = TVortelPrefs::Instance()) {
+		TUiScaleFactorEnum wanted;
+		wanted.Set(factor);
+		preferences->UiScaleFactor().Set(factor == TGraphPort::kAutomaticScale ? TString() : wanted.ToString());
+	}
+	scale.Set(factor); // the window changes, and this view with it
 }

@@ -13,8 +13,12 @@ TString TApplicationPreferences::FilePath() {
 }
 
 void TApplicationPreferences::AddPreference(TSerializable* value, const TString& name) {
+	AddPreference(*this, value, name);
+}
+
+void TApplicationPreferences::AddPreference(TDocumentNode& group, TSerializable* value, const TString& name) {
 	mValues.Append(value);
-	AddProperty(value, name, kWrite);
+	group.AddProperty(value, name, kWrite);
 }
 
 TList<TString> TApplicationPreferences::Texts() const {

@@ -25,6 +25,8 @@ public:
 protected:
 	/// Instead of AddProperty.
 	void AddPreference(TSerializable* value, const TString& name);
+	/// In a group, which is an element of its own and has been added as a child.
+	void AddPreference(TDocumentNode& group, TSerializable* value, const TString& name);
 
 	void OnCreated() override;
 	void OnBeforeDestruction() override;

@@ -3,6 +3,7 @@
 
 #include "framework/foundation/files/Folders.h"
 #include "framework/foundation/process/TSystemGlobals.h"
+#include "framework/graphics/surfaces/EarlyScaleFactor.h"
 #include "framework/gui/events/TBaseViewsPrefs.h"
 #include "platform/headless/THeadlessFolders.h"
 #include "tests/support/TFrameworkFixture.h"
@@ -16,7 +17,9 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 constexpr const char* kFile = "Preferences/V2.1.5/Config.xml";
 
@@ -108,6 +111,18 @@ TEST_F(TVortelPrefsTest, ValuesLastAndReachTheViews) {
 	TBaseViewsPrefs::Instance()->ShowTooltips().Set(true);
 	EXPECT_EQ(Start().DefaultBankFilename().Get(), "/banks/Mine & <yours>.v2bnk");
 	EXPECT_FALSE(TBaseViewsPrefs::Instance()->ShowTooltips().Get());
+}
+
+TEST_F(TVortelPrefsTest, TheScaleStandsWhereTheNextStartLooksForIt) {
+	Start().UiScaleFactor().Set("200%");
+	EXPECT_EQ(Restart().UiScaleFactor().Get(), "200%");
+	EXPECT_THAT(
+	    mFolder.Read(kFile),
+	    HasSubstr("  <GraphPortPrefs>\n    <UIScaleFactor>200%</UIScaleFactor>\n  </GraphPortPrefs>\n"));
+	EXPECT_EQ(EarlyScaleFactor(), "200%");
+	TVortelPrefs::Instance()->UiScaleFactor().Set({});
+	EXPECT_TRUE(Restart().UiScaleFactor().Get().IsEmpty());
+	EXPECT_THAT(mFolder.Read(kFile), Not(HasSubstr("GraphPort")));
 }
 
 TEST_F(TVortelPrefsTest, SettingsOfAnOlderVersionAreTakenOver) {

@@ -25,9 +25,9 @@ TMemoryEditor::TSetup SetupFrom(const TSnapshotOptions& options) {
 	return setup;
 }
 
-/// None without a folder.
+/// Without a folder they hold their defaults and are kept nowhere.
 void UsePreferences(const std::string& folder) {
-	TProgramInstance::SetUsesPreferences(!folder.empty());
+	TProgramInstance::SetUsesPreferences(true);
 	Folders::UsePreferences(
 	    folder.empty() ? TDirectory() : TDirectory(TString(std::filesystem::absolute(folder).c_str(), kUtf8Encoding)));
 }

@@ -92,7 +92,18 @@ void TMemoryEditor::Tick() {
 	});
 	if (!IsOpen())
 		return mInstance.Shell().Tick();
-	AsGui([&] { mpWindow->Tick(); });
+	AsGui([&] {
+		mpWindow->Tick();
+		if (IsOpen()) // what runs in a tick may close it
+			GrantSize();
+	});
+}
+
+/// As a host does that gives an editor whatever size it asks for.
+void TMemoryEditor::GrantSize() {
+	const TPointT<int> wanted = Scaled(mInstance.Shell().Gui()->Size(), CurrentScale());
+	if (mpWindow->IsOpen() && !(mpWindow->Size() == wanted))
+		mpWindow->SetSize(wanted);
 }
 
 void TMemoryEditor::AdvanceNanoseconds(int64_t nanoseconds) {
@@ -104,7 +115,7 @@ TPointT<int> TMemoryEditor::Corner() const {
 }
 
 TUiScale TMemoryEditor::Scale() const {
-	return IsDoubleScale(mSetup) ? TUiScale{8, 4} : TUiScale{4, 4};
+	return AsGui([] { return CurrentScale(); });
 }
 
 TPointT<int> TMemoryEditor::OnScreen(TPointT<int> point) const {

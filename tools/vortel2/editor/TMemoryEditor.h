@@ -66,6 +66,7 @@ public:
 	}
 
 private:
+	void GrantSize();
 	TUiScale Scale() const;
 	std::string Views();
 
