@@ -39,13 +39,14 @@ TVortelDeviceParameterViewBase::TVortelDeviceParameterViewBase(
 	mpEncoder->SetDrawMode(
 	    parameter->IsBipolar() ? TRotaryEncoder<float>::kFromMiddle : TRotaryEncoder<float>::kFromMinimum);
 	mpEncoder->SetDefault(parameter->Default());
-	mpEncoder->SetToolTip(toolTip);
 	mpNameLabel = MakePtr<TTextView>(parameter->Name(), kBodyText, kAlignCenter);
 
 	mpValueField = MakePtr<TTextField>(&mValueText, TSkin::kNoBackground);
 	mpValueField->SetLabelTextAlignment(kAlignCenter);
 	mpValueField->SetTextColor(TSkinColors::Instance()->MainColor(TSkinColors::kValueBoxFont));
 	mpValueField->SetEditAction({this, &TVortelDeviceParameterViewBase::OnFieldEdit});
+	SetToolTip(toolTip);
+	mpEncoder->SetToolTip(toolTip);
 	AddChild(mpEncoder);
 	AddChild(mpNameLabel);
 	AddChild(mpValueField);

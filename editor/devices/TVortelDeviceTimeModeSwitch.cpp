@@ -20,10 +20,9 @@ TPtr<TSwitchButtonField<int>> MakeVortelChoiceField(TVortelDeviceParameter& para
 	const auto field = MakePtr<TSwitchButtonField<int>>(
 	    TFunctionPtr<int>(&parameter, &Choice), TFunctionPtr<void, int>(&parameter, &SetChoice),
 	    static_cast<int>(names.size()), 1);
-	for (int index = 0; index < static_cast<int>(names.size()); ++index) {
+	for (int index = 0; index < static_cast<int>(names.size()); ++index)
 		field->SetButtonName(index, names[static_cast<std::size_t>(index)]);
-		field->SetButtonToolTip(index, parameter.ToolTip());
-	}
+	field->SetToolTip(parameter.ToolTip());
 	field->SetSize(width, height);
 	return field;
 }

@@ -145,7 +145,6 @@ TPtr<TTextField> TVortelProgramPanelView::MakeNameField() {
 	    this, TFunctionPtr<TString>(this, &TVortelProgramPanelView::ProgramName),
 	    TFunctionPtr<void, const TString&>(this, &TVortelProgramPanelView::SetProgramName));
 	const auto field = MakePtr<TTextField>(name, TSkin::kValueBoxBackground);
-	field->SetToolTip("Set the current program.");
 	field->SetEditAction({this, &TVortelProgramPanelView::OnNameFieldEdit});
 	SetMenuLengths(*field);
 	field->SetVisible(false);
