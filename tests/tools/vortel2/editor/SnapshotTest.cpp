@@ -1,85 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The editor from the outside: scripts of what a person does, held against the saved document and the listed views.
 
-#include "tests/tools/vortel2/RunVortel2.h"
-
-#include <nlohmann/json.hpp>
-
-#include <cmath>
+#include "tests/tools/vortel2/editor/TEditorScriptTest.h"
 
 namespace {
 
-using TJson = nlohmann::json;
+using namespace EditorScript;
 
-// Where the parts of the editor lie, logical pixels.
-constexpr int kMatrixLeft = 166;
-constexpr int kMatrixTop = 142;
-constexpr double kColumnWidth = 782.0 / 16;
-constexpr double kRowHeight = 277.0 / 11;
-constexpr int kHandle = 20; // x of a row's dots in the effect list
-
-std::string At(int x, int y) {
-	return std::to_string(x) + " " + std::to_string(y);
-}
-
-/// The middle of a cell, or another part of its width.
-std::string Cell(double column, int row, double part = 0.5) {
-	return At(
-	    kMatrixLeft + static_cast<int>(kColumnWidth * (column + part)),
-	    kMatrixTop + static_cast<int>(kRowHeight * (row + 0.5)));
-}
-
-std::string RowAt(double row) {
-	return At(kHandle, kMatrixTop + static_cast<int>(kRowHeight * row));
-}
-
-std::string Draw(int first, int last, int row) {
-	return "move " + Cell(first, row) + "\npress left\ndrag " + Cell(last, row) + "\nrelease left\n";
-}
-
-std::string Click(const std::string& place, const std::string& button = "left") {
-	return "move " + place + "\nclick " + button + "\n";
-}
-
-class SnapshotTest : public TVortel2Test {
-protected:
-	/// Plays the script; the program and the views that it leaves can then be asked for.
-	void Play(const std::string& script, const TArguments& more = {}) {
-		WriteBytes("script.txt", script);
-		TArguments arguments{"snapshot", "out.png",    "--script", "script.txt",
-		                     "--views",  "views.json", "--save",   "end.v2prg"};
-		arguments.insert(arguments.end(), more.begin(), more.end());
-		const TRunResult result = Run(arguments);
-		ASSERT_EQ(result.mStatus, 0) << result.mErrors;
-		mViews = TJson::parse(Bytes("views.json"));
-		mProgram = Bytes("end.v2prg");
-	}
-
-	std::string Element(const std::string& name) const {
-		const std::size_t start = mProgram.find("<" + name + ">");
-		if (start == std::string::npos)
-			return {};
-		const std::size_t text = start + name.size() + 2;
-		return mProgram.substr(text, mProgram.find('<', text) - text);
-	}
-
-	/// The first steps of a device's row.
-	std::string Steps(int device, std::size_t count = 16) const {
-		const std::string steps = Element("Sequence" + std::to_string(device));
-		return steps.empty() ? std::string(count, '-') : steps.substr(0, count);
-	}
-
-	/// The first view of a class in a window.
-	TJson View(const std::string& className, std::size_t window = 0) const {
-		for (const TJson& view : mViews["windows"][window]["views"])
-			if (view["class"] == className)
-				return view;
-		return {};
-	}
-
-	TJson mViews;
-	std::string mProgram;
-};
+using SnapshotTest = TEditorScriptTest;
 
 TEST_F(SnapshotTest, StandsAsItWasDesigned) {
 	Play("");
@@ -172,6 +100,22 @@ TEST_F(SnapshotTest, MenusRunCommandsAndCloseByAPressBeside) {
 	Play(Click("160 106") + Click(Cell(8, 4)));
 	EXPECT_EQ(mViews["windows"].size(), 1u);
 	EXPECT_EQ(Steps(4), "----------------") << "the press only closes the menu";
+}
+
+TEST_F(SnapshotTest, TheAboutBoxChangesTheScaleForGood) {
+	const TArguments keeping{"--preferences", "kept"};
+	Play(Click("80 40") + "wait 50\n" + Click("530 375") + "wait 50\nkey Escape\n" + Draw(2, 5, 1), keeping);
+	EXPECT_EQ(mViews["scale"], TJson({8, 4}));
+	EXPECT_EQ(mViews["windows"][0]["rect"], TJson({0, 0, 962, 595}));
+	EXPECT_EQ(Steps(1), "--*+++----------");
+	EXPECT_NE(Bytes("kept/Config.xml").find("<UIScaleFactor>200%</UIScaleFactor>"), std::string::npos);
+	Play(Click("80 40") + "views open.json\n");
+	std::string labels;
+	const TJson open = TJson::parse(Bytes("open.json"));
+	for (const TJson& view : open["windows"].back()["views"])
+		if (view["class"] == "TTextView")
+			labels += view["text"].get<std::string>() + ",";
+	EXPECT_NE(labels.find("Tool tips,Mouse warping,Randomize on load,"), std::string::npos) << labels;
 }
 
 TEST_F(SnapshotTest, FilesAreAskedForAndWritten) {
