@@ -4,6 +4,7 @@ option(VORTEL_BUILD_TESTS "Build the test suite" ON)
 option(VORTEL_BUILD_FUZZERS "Build the fuzzers, with clang" OFF)
 option(VORTEL_BUILD_BENCHMARKS "Build the benchmarks" ON)
 option(VORTEL_PRECOMPILE "Precompile the standard library's headers; off shows a file that forgot to include one" ON)
+option(VORTEL_WARNINGS_AS_ERRORS "Stop at a compiler's warning; the project's own presets do" OFF)
 set(VORTEL_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize takes them")
 
 set(CMAKE_CXX_STANDARD 20)
@@ -21,13 +22,22 @@ if(VORTEL_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER "${VORTEL_CCACHE}")
 endif()
 
+# Who builds packages has the last word: their flags follow ours, so that theirs win where the two disagree.
+if(CMAKE_CXX_FLAGS)
+  string(REPLACE "<FLAGS>" "<FLAGS> ${CMAKE_CXX_FLAGS}" CMAKE_CXX_COMPILE_OBJECT "${CMAKE_CXX_COMPILE_OBJECT}")
+endif()
+
+# What is shipped does not tell in which folder it was built. A debugger wants the real one.
+add_compile_options(
+  "$<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.;-ffile-prefix-map=${CMAKE_BINARY_DIR}=./build>")
+
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 
 # Everything of our own is compiled with these; libraries' headers come in as system headers.
 add_library(vortel-settings INTERFACE)
 target_compile_options(vortel-settings INTERFACE
-  -Wall -Wextra -Wconversion -Wshadow -Werror
+  -Wall -Wextra -Wconversion -Wshadow $<$<BOOL:${VORTEL_WARNINGS_AS_ERRORS}>:-Werror>
   # The same float arithmetic on every compiler and processor: no contraction into fused operations.
   -ffp-contract=off
   $<$<CONFIG:Release>:-g -O2>

@@ -21,7 +21,7 @@ const char* PrefixedVersionText() noexcept {
 }
 
 const char* BuildDate() noexcept {
-	return __DATE__;
+	return VORTEL_BUILD_DATE;
 }
 
 } // namespace ProductInfo
