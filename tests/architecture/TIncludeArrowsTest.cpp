@@ -52,7 +52,7 @@ const std::map<std::string, std::vector<std::string>> kRooms{
     {"effects", {"blocks"}},
     {"editor", {"skin", "support", "menus", "sequencer", "devices", "panels"}},
     {"tools/vortel2",
-     {"files", "options", "sound", "documents", "plot", "render", "editor", "gallery", "open", "commands"}},
+     {"files", "options", "manual", "sound", "documents", "plot", "render", "editor", "gallery", "open", "commands"}},
 };
 
 /// System and host headers that only the outermost folders may see.

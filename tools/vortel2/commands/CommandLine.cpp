@@ -11,6 +11,8 @@
 #include "tools/vortel2/commands/TBankCommands.h"
 #include "tools/vortel2/editor/TSnapshotOptions.h"
 #include "tools/vortel2/files/ToolErrors.h"
+#include "tools/vortel2/manual/Completions.h"
+#include "tools/vortel2/manual/ManualPage.h"
 #include "tools/vortel2/open/TOpenOptions.h"
 #include "tools/vortel2/options/AddOption.h"
 #include "tools/vortel2/sound/TLevels.h"
@@ -47,6 +49,9 @@ class TCommandLine {
 public:
 	TCommandLine() : mApp("Runs sound through Vortel 2, a step-sequenced multi effect.", "vortel2") {
 		mApp.set_version_flag("--version", std::string("Vortel2 ") + ProductInfo::VersionText());
+		mApp.footer("The exit status is 0 when the work is done, 1 when it failed (a file that cannot be read or "
+		            "written), and 2 when "
+		            "the command line was wrong. A message stands on one line of standard error.");
 		mApp.require_subcommand(0, 1);
 		AddRender();
 		AddOpen();
@@ -57,6 +62,7 @@ public:
 		AddLevels();
 		AddNames();
 		mBank.AddTo(mApp, &PrintResult);
+		AddDescribe();
 	}
 
 	void Parse(int argc, char** argv) {
@@ -134,6 +140,20 @@ private:
 		command->final_callback([this] { PrintResult(MakeNames(mNameCount, mNameSeed)); });
 	}
 
+	/// What an installation has beside the program. Hidden: the build asks for it, not a user.
+	void AddDescribe() {
+		CLI::App* command =
+		    mApp.add_subcommand("describe", "Print the manual page or a shell's completions")->group("");
+		command->add_option("FORM", mForm)->required();
+		command->final_callback([this] {
+			static constexpr std::string_view kForms[] = {"man", "bash", "zsh", "fish"};
+			static constexpr std::string (*kMake[])(const TCommandDescription&) = {
+			    &MakeManualPage, &MakeBashCompletions, &MakeZshCompletions, &MakeFishCompletions};
+			const auto form = static_cast<std::size_t>(TOptionText("FORM", mForm).Choice(kForms));
+			PrintResult(kMake[form](TCommandDescription::Of(mApp)));
+		});
+	}
+
 	std::string Count(int errors) const {
 		return std::to_string(errors) + " of " + std::to_string(mValue.mArguments.size()) + " texts";
 	}
@@ -149,6 +169,7 @@ private:
 	TBankCommands mBank;
 	int32_t mNameCount = 1;
 	std::optional<uint32_t> mNameSeed;
+	std::string mForm;
 };
 
 int Run(TCommandLine& commandLine, int argc, char** argv) {

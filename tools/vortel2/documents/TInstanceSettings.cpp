@@ -125,12 +125,12 @@ void TInstanceSettings::AddProgramOptions(CLI::App& app) {
 	AddOption(
 	    app, "--order", "D,D,...", "processing order: all eleven devices, the first 0",
 	    [this](const TOptionText& text) { mOrder = ParseOrder(text); });
-	AddOption(
-	    app, "--trigger", "MODE", "what starts the sequencer: host, gate or latch",
-	    [this](const TOptionText& text) { mTriggerMode = text.Choice(kTriggerModes); });
-	AddOption(
-	    app, "--quantize", "GRID", "where notes change the scene: off, beat, 8th or 16th",
-	    [this](const TOptionText& text) { mQuantize = text.Choice(kQuantizeFactors); });
+	AddOption(app, "--trigger", "host|gate|latch", "what starts the sequencer", [this](const TOptionText& text) {
+		mTriggerMode = text.Choice(kTriggerModes);
+	});
+	AddOption(app, "--quantize", "off|beat|8th|16th", "where notes change the scene", [this](const TOptionText& text) {
+		mQuantize = text.Choice(kQuantizeFactors);
+	});
 	AddOption(app, "--soft-clip", "on|off", "soft clipping of the output", [this](const TOptionText& text) {
 		mSoftClip = text.OnOff();
 	});

@@ -79,7 +79,7 @@ void TRenderOptions::AddFileOptions(CLI::App& app) {
 		mDemoDryOutput = text.Text();
 	});
 	AddOption(
-	    app, "--format", "FORMAT", "sample format of OUT: pcm16, pcm24 or float (default)",
+	    app, "--format", "pcm16|pcm24|float", "sample format of OUT; default float",
 	    [this](const TOptionText& text) { mFormat = static_cast<ESampleFormat>(text.Choice(kFormats)); });
 	AddOption(app, "--plot", "FILE", "also draw input and output as a PNG image", [this](const TOptionText& text) {
 		if (text.Text().empty())
