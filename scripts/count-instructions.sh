@@ -4,6 +4,7 @@
 # set-up does not count. Repeatable to the digit.
 # Usage: scripts/count-instructions.sh [--editor] [CASE...]
 set -euo pipefail
+source "$(dirname "$0")/help.sh"
 cd "$(dirname "$0")/.."
 
 count=build/release/bin/vortel2-count
@@ -15,6 +16,9 @@ if [ "${1:-}" = --editor ]; then
   short=100
   long=500
 fi
+scripts/install-packages.sh
+cmake --preset release >/dev/null
+cmake --build --preset release --target "$(basename "$count")" >&2
 out=$(mktemp)
 trap 'rm -f "$out"' EXIT
 
