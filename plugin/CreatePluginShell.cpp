@@ -12,8 +12,10 @@
 #include "framework/gui/events/TBaseViewsPrefs.h"
 #include "plugin/EditorServices.h"
 #include "plugin/TProgramInstance.h"
+#include "plugin/Vst2Instances.h"
 #include "plugin/Vst3Instances.h"
 #include "shell/program/TProgramPluginShell.h"
+#include "shell/vst2/TVstPluginShell.h"
 #include "shell/vst3/TVst3PluginShell.h"
 
 #include <mutex>
@@ -64,6 +66,10 @@ TPtr<TAudioPluginShell> CreateAdapter(
 	if (hostKind == kProgramHost)
 		return MakePtr<TProgramPluginShell>(
 		    document.Get(), engine.Get(), gui.Get(), static_cast<TProgramPluginShell::THost*>(hostContext));
+	if (hostKind == kVst2Host)
+		return MakePtr<TVstPluginShell>(
+		    document.Get(), engine.Get(), gui.Get(), reinterpret_cast<audioMasterCallback>(hostContext),
+		    &Vst2Instances::Release);
 	if (hostKind == kVst3Host)
 		return MakePtr<TVst3PluginShell>(document.Get(), engine.Get(), gui.Get(), &Vst3Instances::Release);
 	throw TReadableException(TString("There is no adapter for host format ") + TString::ToString(hostKind));

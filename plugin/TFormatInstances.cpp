@@ -3,6 +3,7 @@
 
 #include "framework/foundation/instance/TGlobalStorage.h"
 #include "framework/foundation/process/Framework.h"
+#include "framework/foundation/process/TStructuredExceptionHandler.h"
 #include "framework/foundation/threads/TThreadManager.h"
 #include "plugin/CreatePluginShell.h"
 #include "shell/TAudioPluginShell.h"
@@ -13,11 +14,19 @@ namespace {
 
 std::mutex sMutex; // over all formats
 
+/// Null also where a handler of the host's has caught a crash.
+TAudioPluginShell* CreateShellGuarded(int32_t hostKind, void* hostContext) {
+	TAudioPluginShell* shell = nullptr;
+	const auto create = [&] { shell = CreatePluginShell(hostKind, hostContext); };
+	return TStructuredExceptionHandler::Instance()->Guard(create) ? shell : nullptr;
+}
+
 TAudioPluginShell* CreateShell(int32_t hostKind, void* hostContext) {
 	TAudioPluginShell* shell;
 	{
 		const TThreadManager::THostScope role(kMainThread);
-		shell = CreatePluginShell(hostKind, hostContext);
+		shell = hostKind == kVst2Host ? CreateShellGuarded(hostKind, hostContext)
+		                              : CreatePluginShell(hostKind, hostContext);
 	}
 	// Which thread made the instance does not matter from here on.
 	TThreadManager::Instance()->Detach();

@@ -1,25 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The names that a VST 3 host looks up in the shared object. Nothing else is visible from outside.
 
-#include "framework/foundation/files/Folders.h"
-#include "framework/foundation/files/TLog.h"
-#include "platform/linux/TXdgFolders.h"
+#include "plugin/EntryFiles.h"
 #include "plugin/Vst3Instances.h"
 #include "shell/vst3/TVst3PluginFactory.h"
 
 namespace {
 
-// Standard output belongs to the host.
-void DirectFiles() {
-	static const TXdgFolders kFolders;
-	Folders::UseSystem(&kFolders);
-	TLog::SetEchoToConsole(false);
-	TLog::SetDirectory(Folders::Logs());
-}
-
 TVst3PluginFactory* Factory() {
 	static TVst3PluginFactory* factory = [] {
-		DirectFiles();
+		EntryFiles::Direct();
 		static TVst3PluginFactory made(&Vst3Instances::Create);
 		return &made;
 	}();

@@ -19,7 +19,7 @@ make_home
 if [ -n "$bundle" ]; then
   cp -R "$bundle" "$HOME/.vst3/Vortel2.vst3"
 else
-  scripts/install.sh --prefix "$HOME/.vst3" >&2
+  scripts/install.sh >&2
 fi
 # A host that finds its notes about the bundle no younger than the bundle scans again.
 touch -d '2000-01-01' "$HOME"/.vst3/Vortel2.vst3/Contents/*/*.so

@@ -1,16 +1,18 @@
 #!/usr/bin/env bash
-# Takes the bundle out again. Preferences, banks and the log stay where they are. Nothing there is no failure.
-# Usage: scripts/uninstall.sh [--prefix FOLDER]   the folder that holds Vortel2.vst3; default ~/.vst3
+# Takes the plug-in out again. Preferences, banks and the log stay where they are. Nothing there is no failure.
+# Usage: scripts/uninstall.sh [--prefix FOLDER]   the folder that holds all of it; default ~/.vst3 and ~/.vst
 set -euo pipefail
-source "$(dirname "$0")/bundle-folder.sh"
-target=$(bundle_folder "$@")/Vortel2.vst3
+source "$(dirname "$0")/install-folders.sh"
+install_folders "$@"
+trap 'rm -rf "${staged[@]}"' EXIT
 
-if [ ! -e "$target" ]; then
-  echo "Nothing to remove at $target"
-  exit 0
-fi
 # Out of the hosts' sight first, in one step.
-removed=$(mktemp -d "$(dirname "$target")/.Vortel2.XXXXXX")
-mv -T "$target" "$removed/old"
-rm -rf "$removed"
-echo "Removed $target"
+for target in "$vst3_folder/Vortel2.vst3" "$vst2_folder/Vortel2.so" "$vst2_folder/Vortel2.res"; do
+  if [ ! -e "$target" ]; then
+    echo "Nothing to remove at $target"
+    continue
+  fi
+  stage "$(dirname "$target")"
+  mv -T "$target" "${staged[-1]}/old"
+  echo "Removed $target"
+done

@@ -241,11 +241,12 @@ void TVst3PluginShell::Bypass(ProcessData& data) {
 bool TVst3PluginShell::RunEngine(ProcessData& data) {
 	if (!mBuffers.Collect(data))
 		return false;
-	mBuffers.ScaleInputs();
+	TStereoBuffers& pairs = mBuffers.Pairs();
+	pairs.ScaleInputs(data.numSamples);
 	mpEngine->Process(
-	    mBuffers.LeftInputs(), mBuffers.RightInputs(), mBuffers.LeftOutputs(), mBuffers.RightOutputs(), data.numSamples,
+	    pairs.LeftInputs(), pairs.RightInputs(), pairs.LeftOutputs(), pairs.RightOutputs(), data.numSamples,
 	    &mTransport);
-	mBuffers.RestoreInputs();
+	pairs.RestoreInputs(data.numSamples);
 	mBuffers.RestoreOutputs(*mpEngine);
 	return true;
 }

@@ -3,6 +3,7 @@
 
 #include "framework/foundation/instance/TGlobalStorage.h"
 #include "framework/foundation/text/TReadableException.h"
+#include "shell/HostQuery.h"
 #include "shell/vst3/Vst3Interfaces.h"
 
 #include <pluginterfaces/base/funknown.h>
@@ -11,7 +12,7 @@
 #include <new>
 #include <utility>
 
-/// What every call from the host does around its work: the instance's storage is current, and no exception gets out.
+/// HostQuery for calls that answer with a result code, which says what kind of failure it was.
 template <class TFunction>
 Steinberg::tresult HostCall(int32_t storageId, TFunction&& function) noexcept {
 	try {
@@ -24,15 +25,4 @@ Steinberg::tresult HostCall(int32_t storageId, TFunction&& function) noexcept {
 	} catch (...) {
 		return Steinberg::kInternalError;
 	}
-}
-
-/// The same for calls that answer with a value.
-template <class TValue, class TFunction>
-TValue HostQuery(int32_t storageId, TValue onFailure, TFunction&& function) noexcept {
-	TValue value = onFailure;
-	HostCall(storageId, [&] {
-		value = std::forward<TFunction>(function)();
-		return Steinberg::kResultOk;
-	});
-	return value;
 }

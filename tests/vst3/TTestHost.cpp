@@ -16,8 +16,6 @@ using namespace Steinberg::Vst;
 
 namespace {
 
-constexpr double kTempo = 140.0;
-
 /// The bundle looks for the user's files: here it finds a home of its own.
 class THome final : public testing::Environment {
 public:
@@ -153,32 +151,6 @@ TTestSession TTestSession::Busy(unsigned int seed, int blocks) {
 		session.mBlocks.push_back(std::move(block));
 	}
 	return session;
-}
-
-template <class TProcess, class TTick>
-TTestSession::TSound TTestSession::PlayBlocks(bool isMono, const TProcess& process, const TTick& tick) const {
-	TParkMillerPRNG noise;
-	noise.SetSeed(77);
-	std::vector<float> channels[2];
-	TSound sound;
-	double beat = 0.0;
-	int number = 0;
-	for (const TBlock& block : mBlocks) {
-		for (auto& channel : channels)
-			channel.resize(static_cast<std::size_t>(block.mSamples) + 1); // never without data
-		for (int32_t i = 0; i < block.mSamples; ++i)
-			for (auto& channel : channels)
-				channel[static_cast<std::size_t>(i)] = static_cast<float>(noise.NextDouble() - 0.5);
-		if (isMono)
-			channels[1] = channels[0];
-		process(block, beat, channels[0].data(), channels[1].data());
-		for (std::size_t i = 0; i < static_cast<std::size_t>(block.mSamples); ++i)
-			sound.insert(sound.end(), {channels[0][i], channels[1][i]});
-		beat += block.mSamples * kTempo / 60.0 / mSampleRate;
-		if (++number % 10 == 0)
-			tick();
-	}
-	return sound;
 }
 
 TTestSession::TSound TTestSession::Play(TTestPlugin& plugin, EBuffers buffers, ETicks ticks) const {

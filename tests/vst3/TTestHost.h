@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "framework/foundation/values/TParkMillerPRNG.h"
 #include "plugin/TProgramInstance.h"
 #include "tests/shell/vst3/FakeVst3Host.h"
 #include "tests/vst3/TVst3Module.h"
@@ -69,6 +70,7 @@ public:
 
 	/// The Stretcher's jitter: drawn anew each time.
 	static constexpr int32_t kJitter = 103;
+	static constexpr double kTempo = 140.0;
 
 	TTestSession() = default;
 	/// Blocks of 0 to 512 samples with changes, notes, program changes and "all sound off".
@@ -82,10 +84,36 @@ public:
 	int32_t mSampleRate = 44100;
 	std::vector<TBlock> mBlocks;
 
-private:
+	/// In any format: process(block, beat, left, right) plays a block in place, tick() is the main thread's turn.
 	template <class TProcess, class TTick>
 	TSound PlayBlocks(bool isMono, const TProcess& process, const TTick& tick) const;
 };
+
+template <class TProcess, class TTick>
+TTestSession::TSound TTestSession::PlayBlocks(bool isMono, const TProcess& process, const TTick& tick) const {
+	TParkMillerPRNG noise;
+	noise.SetSeed(77);
+	std::vector<float> channels[2];
+	TSound sound;
+	double beat = 0.0;
+	int number = 0;
+	for (const TBlock& block : mBlocks) {
+		for (auto& channel : channels)
+			channel.resize(static_cast<std::size_t>(block.mSamples) + 1); // never without data
+		for (int32_t i = 0; i < block.mSamples; ++i)
+			for (auto& channel : channels)
+				channel[static_cast<std::size_t>(i)] = static_cast<float>(noise.NextDouble() - 0.5);
+		if (isMono)
+			channels[1] = channels[0];
+		process(block, beat, channels[0].data(), channels[1].data());
+		for (std::size_t i = 0; i < static_cast<std::size_t>(block.mSamples); ++i)
+			sound.insert(sound.end(), {channels[0][i], channels[1][i]});
+		beat += block.mSamples * kTempo / 60.0 / mSampleRate;
+		if (++number % 10 == 0)
+			tick();
+	}
+	return sound;
+}
 
 /// A bank in which all effects run often in four scenes of two programs, with parameters drawn at random, as the
 /// program's own format makes it and a VST 3 host keeps it.
