@@ -58,8 +58,16 @@ function(vortel_test)
     endif()
     target_precompile_headers(${ARG_NAME} REUSE_FROM vortel-test-headers)
   endif()
-  # Nothing reaches the settings of who runs the tests.
+  gtest_discover_tests(${ARG_NAME} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+  # Nothing reaches the settings of who runs the tests. The variables are set where ctest reads the tests that were
+  # discovered: as a property of theirs, only the first of a list would arrive.
   set(home "${CMAKE_BINARY_DIR}/home")
-  gtest_discover_tests(${ARG_NAME} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300
-    ENVIRONMENT "XDG_CONFIG_HOME=${home}/config;XDG_STATE_HOME=${home}/state;XDG_DATA_HOME=${home}/data;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/library-leaks.txt:print_suppressions=0")
+  set(script "${CMAKE_CURRENT_BINARY_DIR}/${ARG_NAME}-environment.cmake")
+  file(WRITE "${script}" "foreach(test IN LISTS ${ARG_NAME}_TESTS)
+  set_tests_properties(\"\${test}\" PROPERTIES ENVIRONMENT
+    \"XDG_CONFIG_HOME=${home}/config;XDG_STATE_HOME=${home}/state;XDG_DATA_HOME=${home}/data;\\
+LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/library-leaks.txt:print_suppressions=0\")
+endforeach()
+")
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${script}")
 endfunction()
