@@ -12,5 +12,9 @@ set(textures
   VScrollBarBlending HSliderBlending VSliderBlending PanelBlending ControlBarBlending InnerBodyTexture BodyTexture)
 list(TRANSFORM textures PREPEND "${textures_dir}/")
 list(TRANSFORM textures APPEND ".bmp")
-add_custom_command(OUTPUT ${textures} COMMAND make-textures "${textures_dir}" DEPENDS make-textures VERBATIM)
+add_custom_command(
+  OUTPUT ${textures}
+  COMMAND "${CMAKE_COMMAND}" -E make_directory "${textures_dir}"
+  COMMAND make-textures "${textures_dir}"
+  DEPENDS make-textures VERBATIM)
 set_property(GLOBAL APPEND PROPERTY VORTEL_RESOURCE_FILES ${textures})
