@@ -2,8 +2,12 @@
 #include "shell/TEditorWindow.h"
 
 #include "framework/foundation/commands/TThreadCommunicator.h"
+#include "framework/graphics/surfaces/TGraphPortPrefs.h"
 #include "framework/gui/views/TViewWindow.h"
 #include "platform/TPlatform.h"
+
+#include <algorithm>
+#include <cmath>
 
 TEditorWindow::TEditorWindow(TAudioPluginShell::TGui& gui, TNativeWindow host) : mpGui(&gui) {
 	gui.Prepare();
@@ -26,6 +30,20 @@ TEditorWindow::~TEditorWindow() {
 TPointT<int> TEditorWindow::SizeOf(TAudioPluginShell::TGui& gui) {
 	gui.Prepare();
 	return Scaled(gui.Size(), CurrentScale());
+}
+
+int TEditorWindow::FollowHostScale(TAudioPluginShell::TGui& gui, float scale, int before) {
+	gui.Prepare();
+	CurrentScale(); // the first time, it reads what the user has chosen
+	TUiScaleFactorEnum& factor = TGraphPortPrefs::Instance()->mUIScaleFactor;
+	if (factor.Get() != TGraphPort::kAutomaticScale && factor.Get() != before)
+		return before;
+	constexpr float kStandardDpi = 96.0f;
+	constexpr float kMostScale = 100.0f;
+	const int dpi = static_cast<int>(std::lround(kStandardDpi * std::min(scale, kMostScale)));
+	const int wanted = ScaleForDpi(dpi) == kScaleOf200 ? TGraphPort::kScale200 : TGraphPort::kScale100;
+	factor.Set(wanted);
+	return wanted;
 }
 
 bool TEditorWindow::IsOpen() const {

@@ -24,6 +24,10 @@ public:
 	/// What an editor of this GUI needs, without a window: for hosts that ask before they open one.
 	static TPointT<int> SizeOf(TAudioPluginShell::TGui& gui);
 
+	/// The scale that a host says its screen has, 1 for 96 dots per inch, stands in for "Auto", in an open editor at
+	/// once. What the user has chosen stays. before: what the last call has given, 0 at first.
+	static int FollowHostScale(TAudioPluginShell::TGui& gui, float scale, int before);
+
 	/// False when somebody else has destroyed the window.
 	bool IsOpen() const;
 	TViewWindow& Window() const noexcept { return *mpWindow; }

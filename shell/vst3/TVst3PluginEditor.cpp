@@ -16,6 +16,9 @@ namespace {
 
 constexpr const char* kLogCategory = "VST3 Shell";
 
+// The helper library does not define it.
+const TUID kContentScaleId = INLINE_UID(0x65ED9690, 0x8AC44525, 0x8AADEF7A, 0x72EA703F);
+
 ViewRect RectOf(TPointT<int> size) {
 	return {0, 0, size.mX, size.mY};
 }
@@ -39,7 +42,8 @@ tresult PLUGIN_API TVst3PluginShell::TPluginEditor::queryInterface(const TUID in
 		return kInvalidArgument;
 	*object = nullptr;
 	const bool isOffered = Offer<IPlugView>(this, FUnknown_iid, interfaceId, object) ||
-	                       Offer<IPlugView>(this, IPlugView_iid, interfaceId, object);
+	                       Offer<IPlugView>(this, IPlugView_iid, interfaceId, object) ||
+	                       Offer<IPlugViewContentScaleSupport>(this, kContentScaleId, interfaceId, object);
 	return isOffered ? kResultOk : kNoInterface;
 }
 
@@ -99,8 +103,11 @@ tresult PLUGIN_API TVst3PluginShell::TPluginEditor::attached(void* parent, FIDSt
 }
 
 void TVst3PluginShell::TPluginEditor::Open(TNativeWindow parent) {
+	FollowHostScale();
 	mpWindow = std::make_unique<TEditorWindow>(*mpGui, parent);
 	mpTimer = TVst3Timer::Start(mpFrame, this, TPlatform::kTickMilliseconds);
+	if (mpTimer)
+		mpTimer->Watch(mpWindow->EventDescriptor());
 	Tick();
 }
 
@@ -154,9 +161,28 @@ tresult PLUGIN_API TVst3PluginShell::TPluginEditor::getSize(ViewRect* size) {
 		return kInvalidArgument;
 	return HostCall(StorageId(), [&] {
 		const TThreadManager::THostScope role(kMainThread);
+		FollowHostScale();
 		*size = RectOf(IsOpen() ? mpWindow->Size() : TEditorWindow::SizeOf(*mpGui));
 		return kResultOk;
 	});
+}
+
+tresult PLUGIN_API TVst3PluginShell::TPluginEditor::setContentScaleFactor(ScaleFactor factor) {
+	if (!(factor > 0.0f))
+		return kInvalidArgument;
+	return HostCall(StorageId(), [&] {
+		const TThreadManager::THostScope role(kMainThread);
+		mShell.mHostScale = factor;
+		if (IsOpen())
+			FollowHostScale();
+		return kResultOk;
+	});
+}
+
+/// The host may say it long before there is a screen to ask.
+void TVst3PluginShell::TPluginEditor::FollowHostScale() {
+	if (mShell.mHostScale > 0.0f)
+		mShell.mHostScaleFactor = TEditorWindow::FollowHostScale(*mpGui, mShell.mHostScale, mShell.mHostScaleFactor);
 }
 
 tresult PLUGIN_API TVst3PluginShell::TPluginEditor::onSize(ViewRect* newSize) {

@@ -7,6 +7,7 @@
 #include "shell/vst3/TVst3Timer.h"
 
 #include <pluginterfaces/gui/iplugview.h>
+#include <pluginterfaces/gui/iplugviewcontentscalesupport.h>
 
 #include <atomic>
 #include <memory>
@@ -14,10 +15,12 @@
 /// The editor as a VST 3 host sees it: made to be asked, opened and closed by the host as often as it likes. Holds a
 /// reference on the shell. Calls come in any order, attached twice or removed late; each plays the main thread.
 ///
-/// Frames run in a timer of the run loop that the host's frame lends, else in the shell's own clock.
+/// Frames run in a timer of the run loop that the host's frame lends, and come early when the display has sent
+/// something; without one in the shell's own clock.
 class TVst3PluginShell::TPluginEditor final : public TGuiObject,
                                               public TGlobalStorageAware,
                                               public Steinberg::IPlugView,
+                                              public Steinberg::IPlugViewContentScaleSupport,
                                               private TVst3Timer::TTarget {
 public:
 	/// The host's first reference is counted already.
@@ -33,6 +36,9 @@ public:
 	Steinberg::tresult PLUGIN_API getSize(Steinberg::ViewRect* size) override;
 	Steinberg::tresult PLUGIN_API onSize(Steinberg::ViewRect* newSize) override;
 	Steinberg::tresult PLUGIN_API setFrame(Steinberg::IPlugFrame* frame) override;
+
+	/// Before or after the editor is opened. Counts while the user has chosen no size.
+	Steinberg::tresult PLUGIN_API setContentScaleFactor(ScaleFactor factor) override;
 
 	/// Only the editor itself asks for sizes.
 	Steinberg::tresult PLUGIN_API canResize() override { return Steinberg::kResultFalse; }
@@ -73,6 +79,7 @@ private:
 	~TPluginEditor() override;
 
 	void Open(TNativeWindow parent);
+	void FollowHostScale();
 	void OnTimer() noexcept override;
 	void OnWantsKeyboardInput(TObservable* observable, int32_t reason);
 

@@ -196,5 +196,7 @@ private:
 	TPtr<TPublishedParameters> mpParameterMap;
 	Steinberg::IPtr<TVst3Timer> mpTimer;
 	TString mHostName;
+	float mHostScale = 0.0f;           // what the host has told an editor; 0: nothing
+	int mHostScaleFactor = 0;          // what became of it
 	TPluginEditor* mpEditor = nullptr; // the one made last, while the host holds it; main thread
 };

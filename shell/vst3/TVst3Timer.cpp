@@ -21,8 +21,20 @@ TVst3Timer::TVst3Timer(Linux::IRunLoop* runLoop, TTarget* target) : mpRunLoop(ru
 
 void TVst3Timer::Stop() {
 	mpTarget = nullptr;
+	StopWatching();
 	if (const IPtr<Linux::IRunLoop> runLoop = std::exchange(mpRunLoop, nullptr))
 		runLoop->unregisterTimer(this);
+}
+
+void TVst3Timer::Watch(int descriptor) {
+	StopWatching();
+	if (mpRunLoop && descriptor >= 0)
+		mIsWatching = mpRunLoop->registerEventHandler(this, descriptor) == kResultOk;
+}
+
+void TVst3Timer::StopWatching() {
+	if (std::exchange(mIsWatching, false) && mpRunLoop)
+		mpRunLoop->unregisterEventHandler(this);
 }
 
 // What the target does may stop the timer and take the last reference.
@@ -32,12 +44,17 @@ void PLUGIN_API TVst3Timer::onTimer() {
 		mpTarget->OnTimer();
 }
 
+void PLUGIN_API TVst3Timer::onFDIsSet(Linux::FileDescriptor /*descriptor*/) {
+	onTimer();
+}
+
 tresult PLUGIN_API TVst3Timer::queryInterface(const TUID interfaceId, void** object) {
 	if (!object)
 		return kInvalidArgument;
 	*object = nullptr;
 	const bool isOffered = Offer<Linux::ITimerHandler>(this, FUnknown_iid, interfaceId, object) ||
-	                       Offer<Linux::ITimerHandler>(this, Linux::ITimerHandler_iid, interfaceId, object);
+	                       Offer<Linux::ITimerHandler>(this, Linux::ITimerHandler_iid, interfaceId, object) ||
+	                       Offer<Linux::IEventHandler>(this, Linux::IEventHandler_iid, interfaceId, object);
 	return isOffered ? kResultOk : kNoInterface;
 }
 

@@ -7,9 +7,13 @@
 
 #include <gtest/gtest.h>
 #include <pluginterfaces/gui/iplugview.h>
+#include <pluginterfaces/gui/iplugviewcontentscalesupport.h>
+#include <poll.h>
 
 #include <chrono>
 #include <cstdlib>
+#include <limits>
+#include <map>
 #include <memory>
 #include <set>
 #include <thread>
@@ -22,10 +26,14 @@ namespace {
 constexpr uint16_t kWidth = THostWindow::kWidth;
 constexpr uint16_t kHeight = THostWindow::kHeight;
 
+const TUID kContentScaleId = INLINE_UID(0x65ED9690, 0x8AC44525, 0x8AADEF7A, 0x72EA703F);
+
 /// The frame around a view, with the run loop that it lends.
 class THostFrame final : public IPlugFrame, public Linux::IRunLoop {
 public:
-	tresult PLUGIN_API resizeView(IPlugView*, ViewRect*) override { return kResultFalse; }
+	tresult PLUGIN_API resizeView(IPlugView* view, ViewRect* size) override {
+		return mGrantsSizes ? view->onSize(size) : tresult{kResultFalse};
+	}
 
 	tresult PLUGIN_API registerTimer(Linux::ITimerHandler* handler, Linux::TimerInterval) override {
 		mTimers.insert(handler);
@@ -36,9 +44,14 @@ public:
 		return mTimers.erase(handler) ? kResultOk : kResultFalse;
 	}
 
-	tresult PLUGIN_API registerEventHandler(Linux::IEventHandler*, Linux::FileDescriptor) override { return kResultOk; }
+	tresult PLUGIN_API registerEventHandler(Linux::IEventHandler* handler, Linux::FileDescriptor descriptor) override {
+		mDescriptors[handler] = descriptor;
+		return kResultOk;
+	}
 
-	tresult PLUGIN_API unregisterEventHandler(Linux::IEventHandler*) override { return kResultOk; }
+	tresult PLUGIN_API unregisterEventHandler(Linux::IEventHandler* handler) override {
+		return mDescriptors.erase(handler) ? kResultOk : kResultFalse;
+	}
 
 	tresult PLUGIN_API queryInterface(const TUID id, void** object) override {
 		*object = nullptr;
@@ -62,10 +75,28 @@ public:
 		}
 	}
 
+	/// Calls the handlers at whose descriptors something is to be read within a while. False if there is nothing.
+	bool ServeDescriptors() {
+		bool isServed = false;
+		for (const auto& [handler, descriptor] : std::map<Linux::IEventHandler*, int>(mDescriptors)) {
+			pollfd poll{descriptor, POLLIN, 0};
+			if (::poll(&poll, 1, 200) < 1)
+				continue;
+			handler->onFDIsSet(descriptor);
+			isServed = true;
+		}
+		return isServed;
+	}
+
 	std::size_t NumberOfTimers() const { return mTimers.size(); }
+
+	std::size_t NumberOfDescriptors() const { return mDescriptors.size(); }
+
+	bool mGrantsSizes = false;
 
 private:
 	std::set<Linux::ITimerHandler*> mTimers;
+	std::map<Linux::IEventHandler*, int> mDescriptors;
 };
 
 class Vst3EditorTest : public testing::Test {
@@ -106,6 +137,7 @@ TEST_F(Vst3EditorTest, OpensDrawsAndLeavesNothingBehind) {
 		EXPECT_GT(window.NumberOfColors(), 100u);
 		EXPECT_EQ(view->removed(), kResultOk);
 		EXPECT_EQ(frame.NumberOfTimers(), 0u);
+		EXPECT_EQ(frame.NumberOfDescriptors(), 0u);
 		EXPECT_EQ(window.NumberOfChildren(), 0);
 		view->setFrame(nullptr);
 	}
@@ -140,6 +172,55 @@ TEST_F(Vst3EditorTest, TakesTheOrdersOfHosts) {
 	frame.Tick(5);
 	EXPECT_EQ(view->removed(), kResultOk);
 	EXPECT_EQ(Attach(*view, window), kResultFalse) << "there is no such window any more";
+}
+
+TEST_F(Vst3EditorTest, FollowsTheScaleOfTheHostAndNoOtherSizeOfIts) {
+	THostWindow window;
+	THostFrame frame;
+	frame.mGrantsSizes = true;
+	const IPtr<IPlugView> view = CreateView();
+	const auto scale = AskFor<IPlugViewContentScaleSupport>(view, kContentScaleId);
+	ASSERT_TRUE(scale);
+	const auto widthNow = [&] {
+		ViewRect size{};
+		view->getSize(&size);
+		return size.getWidth();
+	};
+	EXPECT_EQ(scale->setContentScaleFactor(0.0f), kInvalidArgument);
+	EXPECT_EQ(scale->setContentScaleFactor(std::numeric_limits<float>::quiet_NaN()), kInvalidArgument);
+	EXPECT_EQ(scale->setContentScaleFactor(1.7f), kResultOk);
+	EXPECT_EQ(widthNow(), kWidth);
+	EXPECT_EQ(scale->setContentScaleFactor(2.0f), kResultOk);
+	EXPECT_EQ(widthNow(), 2 * kWidth);
+	view->setFrame(&frame);
+	ASSERT_EQ(Attach(*view, window), kResultOk);
+	frame.Tick();
+	EXPECT_EQ(widthNow(), 2 * kWidth);
+	EXPECT_EQ(scale->setContentScaleFactor(1.0f), kResultOk);
+	frame.Tick();
+	EXPECT_EQ(widthNow(), kWidth);
+	for (ViewRect size : {ViewRect(0, 0, 2000, 2000), ViewRect(0, 0, 10, 10), ViewRect(5, 5, -5, -5)}) {
+		EXPECT_EQ(view->onSize(&size), kResultOk);
+		EXPECT_EQ(widthNow(), kWidth);
+	}
+	EXPECT_GT(window.NumberOfColors(), 100u);
+	EXPECT_EQ(view->removed(), kResultOk);
+}
+
+TEST_F(Vst3EditorTest, ComesEarlyWhenTheDisplayHasSentSomething) {
+	THostWindow window;
+	THostFrame frame;
+	const IPtr<IPlugView> view = CreateView();
+	view->setFrame(&frame);
+	ASSERT_EQ(Attach(*view, window), kResultOk);
+	EXPECT_EQ(frame.NumberOfDescriptors(), 1u);
+	for (int tries = 0; tries < 100 && window.NumberOfColors() <= 100; ++tries)
+		if (!frame.ServeDescriptors())
+			break;
+	EXPECT_GT(window.NumberOfColors(), 100u) << "no timer has run";
+	view->setFrame(nullptr);
+	EXPECT_EQ(view->removed(), kResultOk);
+	EXPECT_EQ(frame.NumberOfDescriptors(), 0u);
 }
 
 TEST_F(Vst3EditorTest, OutlivesItsInstanceAndSharesTheProcess) {
