@@ -25,6 +25,14 @@ constexpr int kHeadHeight = 80;
 constexpr int kSidePanelWidth = 170;
 constexpr int kEffectsHeight = 150;
 
+bool IsProgramFile(const TString& path) {
+	return path.EndsWithIgnoringCase(".v2prg");
+}
+
+bool IsBankFile(const TString& path) {
+	return path.EndsWithIgnoringCase(".v2bnk");
+}
+
 } // namespace
 
 TVortelMainFrameView::TVortelMainFrameView(
@@ -88,6 +96,19 @@ TPtr<TView> TVortelMainFrameView::MakeEffects() {
 	effects->SetSizePolicy(
 	    MakePtr<TDynamicLength>(956, TLengthPolicy::kNoLimit), MakePtr<TFixedLength>(kEffectsHeight));
 	return effects;
+}
+
+bool TVortelMainFrameView::AcceptsFiles(const TList<TString>& paths) const {
+	return paths.Count() == 1 && (IsProgramFile(paths[0]) || IsBankFile(paths[0]));
+}
+
+void TVortelMainFrameView::OnFilesDropped(const TList<TString>& paths) {
+	if (!mDocument)
+		return;
+	if (IsBankFile(paths[0]))
+		mDocument->LoadBank(paths[0]);
+	else
+		mDocument->LoadProgram(paths[0]);
 }
 
 void TVortelMainFrameView::OnResized() {

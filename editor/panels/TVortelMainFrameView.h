@@ -2,6 +2,7 @@
 #pragma once
 
 #include "document/TVortelDocument.h"
+#include "framework/gui/views/TFileDropTarget.h"
 #include "shell/TAudioPluginShell.h"
 
 class TDynamicColumnLayoutView;
@@ -10,7 +11,7 @@ class TVortelLogoPanelView;
 
 /// The whole editor. Made with the instance and as long-lived; its window comes and goes with the host's. Everything
 /// that survives the window stands in the document. Main thread.
-class TVortelMainFrameView final : public TAudioPluginShell::TGui {
+class TVortelMainFrameView final : public TAudioPluginShell::TGui, public TFileDropTarget {
 public:
 	/// Logical pixels.
 	static constexpr int kWidth = 962;
@@ -22,6 +23,10 @@ public:
 	~TVortelMainFrameView() override;
 
 	void Prepare() override;
+
+	/// One program or bank.
+	bool AcceptsFiles(const TList<TString>& paths) const override;
+	void OnFilesDropped(const TList<TString>& paths) override;
 
 	void OnResized() override;
 	void OnUiScaleChanged() override;

@@ -8,6 +8,7 @@
 #include "framework/graphics/surfaces/TClipGuard.h"
 #include "framework/graphics/surfaces/TGraphPortPrefs.h"
 #include "framework/gui/events/TKeptAlive.h"
+#include "framework/gui/views/TFileDropTarget.h"
 #include "framework/gui/views/TKeyboardEventHandler.h"
 #include "framework/gui/views/TMainFrameView.h"
 #include "framework/gui/views/TMouseEventHandler.h"
@@ -36,6 +37,21 @@ private:
 };
 
 } // namespace
+
+/// What is dropped comes while the platform hands out its events; loading it may open a dialog, which waits for more.
+class TViewWindow::TTakeFilesCommand final : public TCommand {
+public:
+	TTakeFilesCommand(TViewWindow* window, const TList<TString>& paths) : mWindow(window), mPaths(paths) {}
+
+	void Execute() override {
+		if (const TPtr<TViewWindow> window = mWindow.Get())
+			window->TakeFiles(mPaths);
+	}
+
+private:
+	TWeakPtr<TViewWindow> mWindow;
+	const TList<TString> mPaths;
+};
 
 TViewWindow::TViewWindow(TWindow* parent, int32_t kind) : TWindow(parent, kind) {}
 
@@ -220,6 +236,31 @@ TDocumentRoot* TViewWindow::DocumentRoot() const {
 
 void TViewWindow::SetDocument(TDocumentRoot* root) {
 	mDocument = root;
+}
+
+// Files of other programs
+
+TFileDropTarget* TViewWindow::DropTarget() {
+	return IsOpen() && !BlockingWindow() ? dynamic_cast<TFileDropTarget*>(mMainFrame.Get()) : nullptr;
+}
+
+bool TViewWindow::OnGlueFilesDragged(TPointT<int> /*point*/, const TList<TString>& paths) {
+	const TFileDropTarget* target = DropTarget();
+	return target && target->AcceptsFiles(paths);
+}
+
+void TViewWindow::OnGlueFilesDropped(TPointT<int> /*point*/, const TList<TString>& paths) {
+	const TPtr<TCommand> command(new TTakeFilesCommand(this, paths));
+	TThreadCommunicator::Instance()->Post(kMainThread, command.Get());
+}
+
+/// Menus that stand open show what is about to go.
+void TViewWindow::TakeFiles(const TList<TString>& paths) {
+	const TKeptAlive kept(this);
+	Root()->ClosePopups();
+	const TDocumentRoot::TActionGuard action(DocumentRoot());
+	if (TFileDropTarget* target = DropTarget())
+		target->OnFilesDropped(paths);
 }
 
 void TViewWindow::CloseWithUndoStep() {

@@ -6,6 +6,7 @@
 #include "platform/KeyCodes.h"
 
 class TDocumentRoot;
+class TFileDropTarget;
 class TKeyboardEventHandler;
 class TMainFrameView;
 class TMouseEventHandler;
@@ -56,14 +57,21 @@ public:
 	bool AcceptsTextInput() const override;
 	TRectT<int> TextInputRect() const override;
 	void InsertText(const TString& text) override;
+	/// To the main frame, if that is a TFileDropTarget and no modal window keeps input from it.
+	bool OnGlueFilesDragged(TPointT<int> point, const TList<TString>& paths) override;
+	void OnGlueFilesDropped(TPointT<int> point, const TList<TString>& paths) override;
 	void HandleKeyboardEvent(const TKeyboardEvent& event) override;
 	void HandleMouseEvent(const TMouseEvent& event) override;
 	void HandleForeignMouseEvent(const TMouseEvent& event) override;
 
 private:
+	class TTakeFilesCommand;
+
 	enum class TManeuverOpener : int32_t { kNone, kKeyboard, kMouse };
 
 	void FitMainFrame();
+	TFileDropTarget* DropTarget();
+	void TakeFiles(const TList<TString>& paths);
 	void BeginManeuver(TDocumentRoot* root, TManeuverOpener opener);
 	void EndManeuver(TDocumentRoot* root);
 	void ClosePendingManeuver();
