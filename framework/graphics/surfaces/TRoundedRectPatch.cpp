@@ -31,9 +31,10 @@ TRoundedRectPatch::TRow RowOf(const std::vector<uint8_t>& covers, int cornerSize
 
 } // namespace
 
+/// The line lies on the edge that the arcs belong to, half of it on either side.
 int TRoundedRectShape::CornerSize() const {
 	const float radius = std::max({mRadii.mTopLeft, mRadii.mTopRight, mRadii.mBottomLeft, mRadii.mBottomRight, 0.0f});
-	return static_cast<int>(std::ceil(mInset + radius + mStrokeWidth)) + 1;
+	return static_cast<int>(std::ceil(mInset + std::max<double>(radius, mStrokeWidth / 2.0))) + 1;
 }
 
 TRoundedRectPatch::TRoundedRectPatch(const TRoundedRectShape& shape, TAggWorkspace& workspace)
