@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Prints instructions per stereo frame for every case of vortel2-count, or per frame of the editor for those of
-# vortel2-frame-count, counted with callgrind: the difference of two lengths divided by the frames between them, so that
-# set-up does not count. Repeatable to the digit.
-# Usage: scripts/count-instructions.sh [--editor] [CASE...]
+# Prints instructions per stereo frame for every case of vortel2-count, or per frame of an editor for those of
+# vortel2-frame-count (--editor: the toolkit's views) or vortel2-editor-count (--whole-editor), counted with callgrind:
+# the difference of two lengths divided by the frames between them, so that set-up does not count. Repeatable to the
+# digit.
+# Usage: scripts/count-instructions.sh [--editor|--whole-editor] [CASE...]
 set -euo pipefail
 source "$(dirname "$0")/help.sh"
 cd "$(dirname "$0")/.."
@@ -15,6 +16,11 @@ if [ "${1:-}" = --editor ]; then
   count=build/release/bin/vortel2-frame-count
   short=100
   long=500
+elif [ "${1:-}" = --whole-editor ]; then
+  shift
+  count=build/release/bin/vortel2-editor-count
+  short=10
+  long=50
 fi
 scripts/install-packages.sh
 cmake --preset release >/dev/null
