@@ -94,49 +94,50 @@ bool TVortelDelayDspDevice::IsGliding() const {
 	return std::abs(mTargetLeft - mCurrentLeft) > kArrived || std::abs(mTargetRight - mCurrentRight) > kArrived;
 }
 
+/// First the stretch in which the time glides, then the one in which only the gains do, then the rest.
 void TVortelDelayDspDevice::ProcessEffect(float* left, float* right, int count) {
-	if (IsGliding()) {
-		ProcessGliding(left, right, count);
-	} else if (AreGainsRamping()) {
-		ProcessRamped(left, right, count);
-	} else {
-		mLineLeft.ProcessSteady(left, count, mSendRamp.Target(), mFeedback, mTargetLeft, mReturnRamp.Target());
-		mLineRight.ProcessSteady(right, count, mSendRamp.Target(), mFeedback, mTargetRight, mReturnRamp.Target());
-	}
+	int done = 0;
+	if (IsGliding())
+		done = ProcessGliding(left, right, count);
+	if (done < count && (mSendRamp.IsRamping() || mReturnRamp.IsRamping()))
+		done += ProcessRamped(left + done, right + done, count - done);
+	if (done == count)
+		return;
+	const float send = mSendRamp.Target();
+	const float returned = mReturnRamp.Target();
+	mLineLeft.ProcessSteady(left + done, count - done, send, mFeedback, mTargetLeft, returned);
+	mLineRight.ProcessSteady(right + done, count - done, send, mFeedback, mTargetRight, returned);
 }
 
-bool TVortelDelayDspDevice::AreGainsRamping() const {
-	return mSendRamp.IsRamping() || mReturnRamp.IsRamping();
-}
-
-void TVortelDelayDspDevice::ProcessRamped(float* left, float* right, int count) {
+int TVortelDelayDspDevice::ProcessRamped(float* left, float* right, int count) {
 	constexpr int kPiece = 64;
 	std::array<float, kPiece> send, returned;
 	TRampGroup ramps(mSendRamp, mReturnRamp);
-	for (int done = 0; done < count; done += kPiece) {
+	int done = 0;
+	while (done < count && ramps.IsMoving()) {
 		const int length = std::min(kPiece, count - done);
 		ramps.Fill(length, send.data(), returned.data());
 		mLineLeft.ProcessSteady(left + done, length, send.data(), mFeedback, mTargetLeft, returned.data());
 		mLineRight.ProcessSteady(right + done, length, send.data(), mFeedback, mTargetRight, returned.data());
+		done += length;
 	}
+	return done;
 }
 
-void TVortelDelayDspDevice::ProcessGliding(float* left, float* right, int count) {
+int TVortelDelayDspDevice::ProcessGliding(float* left, float* right, int count) {
 	const double towardsLeft = mGlide * mTargetLeft;
 	const double towardsRight = mGlide * mTargetRight;
-	const bool ramping = AreGainsRamping();
-	float send = mSendRamp.Target();
-	float returned = mReturnRamp.Target();
 	for (int i = 0; i < count; ++i) {
-		if (ramping) {
-			mSendRamp.Step();
-			mReturnRamp.Step();
-			send = mSendRamp.Current();
-			returned = mReturnRamp.Current();
-		}
+		if (!IsGliding())
+			return i;
+		mSendRamp.Step();
+		mReturnRamp.Step();
+		const float send = mSendRamp.Current();
+		const float returned = mReturnRamp.Current();
 		mCurrentLeft = towardsLeft + mCurrentLeft * mGlideKeep;
 		mCurrentRight = towardsRight + mCurrentRight * mGlideKeep;
 		left[i] += returned * mLineLeft.Process(send * left[i], mFeedback, mCurrentLeft);
 		right[i] += returned * mLineRight.Process(send * right[i], mFeedback, mCurrentRight);
 	}
+	return count;
 }

@@ -29,9 +29,9 @@ private:
 	void ComputeDelays();
 	void ComputeGlide();
 	bool IsGliding() const;
-	bool AreGainsRamping() const;
-	void ProcessRamped(float* left, float* right, int count);
-	void ProcessGliding(float* left, float* right, int count);
+	/// Both return the samples done: all, or those until nothing moves that they follow.
+	int ProcessRamped(float* left, float* right, int count);
+	int ProcessGliding(float* left, float* right, int count);
 
 	TVortelConvertedParameter mTimeParameter;
 	TVortelConvertedParameter mModeParameter;

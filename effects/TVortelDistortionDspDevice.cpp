@@ -250,22 +250,22 @@ void TVortelDistortionDspDevice::ProcessWith(float* left, float* right, int coun
 		_mm_store_ss(&l, out);
 		_mm_store_ss(&r, _mm_shuffle_ps(out, out, 1));
 	};
-	// What moves is decided for the whole slice.
-	const bool driveMoves = mDriveRamp.IsRamping();
-	const bool outputMoves = mWetRamp.IsRamping() || mDryRamp.IsRamping();
-	if (driveMoves || outputMoves) {
-		TSettingsOfPiece settings;
-		for (int done = 0; done < count; done += kPiece) {
+	int done = 0;
+	TSettingsOfPiece settings;
+	if (!AreRampsSettled()) {
+		TRampGroup ramps(mDriveRamp, mWetRamp, mDryRamp);
+		while (done < count && ramps.IsMoving()) {
 			const int length = std::min(kPiece, count - done);
-			FollowRamps<TCurve>(settings, length, driveMoves, outputMoves);
+			FollowRamps<TCurve>(ramps, settings, length);
 			for (int i = 0; i < length; ++i)
 				process(left[done + i], right[done + i], settings[static_cast<std::size_t>(i)]);
+			done += length;
 		}
-	} else {
-		TSettingsOfPiece settings;
+	}
+	if (done < count) {
 		Settle<TCurve>(settings);
 		const TSettings settled = settings[0];
-		for (int i = 0; i < count; ++i)
+		for (int i = done; i < count; ++i)
 			process(left[i], right[i], settled);
 	}
 	mToneFilter = filter;
@@ -295,18 +295,9 @@ void TVortelDistortionDspDevice::Settle(TSettingsOfPiece& settings) const {
 }
 
 template <class TCurve>
-void TVortelDistortionDspDevice::FollowRamps(TSettingsOfPiece& settings, int count, bool driveMoves, bool outputMoves) {
+void TVortelDistortionDspDevice::FollowRamps(TRampGroup& ramps, TSettingsOfPiece& settings, int count) {
 	std::array<float, kPiece> drive, wet, dry;
-	{
-		TRampGroup ramps(mDriveRamp, mWetRamp, mDryRamp);
-		ramps.Fill(count, drive.data(), wet.data(), dry.data());
-	}
-	if (!driveMoves)
-		drive.fill(mDriveRamp.Target());
-	if (!outputMoves) {
-		wet.fill(mWetRamp.Target());
-		dry.fill(mDryRamp.Target());
-	}
+	ramps.Fill(count, drive.data(), wet.data(), dry.data());
 	for (std::size_t i = 0; i < static_cast<std::size_t>(count); i += 4)
 		Derive<TCurve>(&settings[i], _mm_loadu_ps(&drive[i]), _mm_loadu_ps(&wet[i]), _mm_loadu_ps(&dry[i]));
 }

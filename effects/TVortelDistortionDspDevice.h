@@ -46,7 +46,7 @@ private:
 	template <class TCurve>
 	void ProcessWith(float* left, float* right, int count);
 	template <class TCurve>
-	void FollowRamps(TSettingsOfPiece& settings, int count, bool driveMoves, bool outputMoves);
+	static void FollowRamps(TRampGroup& ramps, TSettingsOfPiece& settings, int count);
 	template <class TCurve>
 	void Settle(TSettingsOfPiece& settings) const;
 	template <class TCurve>

@@ -187,6 +187,27 @@ void TVortelDspDevice::KeepDry(const float* left, const float* right, int count)
 }
 
 void TVortelDspDevice::Process(float* left, float* right, int count) {
+	if (mFadeState == kOn) [[likely]]
+		ProcessStages(left, right, count);
+	else
+		ProcessEdge(left, right, count);
+}
+
+/// A device hears nothing beyond the end of its fade-out, as if the slice ended there: what it remembers for the next
+/// block must not depend on how far the host's buffer goes on. The samples left are the dry ones already.
+void TVortelDspDevice::ProcessEdge(float* left, float* right, int count) {
+	const int toEnd = std::max(0, mFadeLength - mFadePosition);
+	if (mFadeState == kFadingOut && toEnd < count) {
+		count = toEnd;
+		if (!mIsInputSane)
+			CaptureDry(left, right, count);
+	}
+	ProcessStages(left, right, count);
+	if (mFadeState != kIdle)
+		ProcessFade(left, right, count);
+}
+
+inline void TVortelDspDevice::ProcessStages(float* left, float* right, int count) {
 	if (mFollowsParameters)
 		FollowParameters();
 	if (mStateIsSuspect || !mIsInputSane)
@@ -196,8 +217,6 @@ void TVortelDspDevice::Process(float* left, float* right, int count) {
 		ProcessFilter(left, right, count);
 	if (!mIsMixNeutral)
 		ProcessMix(left, right, count);
-	if (mFadeState == kFadingIn || mFadeState == kFadingOut)
-		ProcessFade(left, right, count);
 }
 
 /// Samples that are no numbers, or far beyond any scale, would stay for good in recordings, delay lines and followers.
@@ -215,33 +234,32 @@ void TVortelDspDevice::GuardState(float* left, float* right, int count) {
 	VortelBuffers::ReplaceNonFinite(right, count);
 }
 
+/// The stretch before the ramps come to rest, then the one after.
 void TVortelDspDevice::ProcessFilter(float* left, float* right, int count) {
+	int done = 0;
 	if (mFilterFrequencyRamp.IsRamping() || mFilterQRamp.IsRamping()) {
-		ProcessRampedFilter(left, right, count);
-		return;
+		TRampGroup ramps(mFilterFrequencyRamp, mFilterQRamp);
+		done = mFilter.ProcessRamped(FilterMode(), mSampleRate, ramps, left, right, count);
 	}
+	if (done == count)
+		return;
 	mFilter.SetCoefficients(FilterMode(), mFilterFrequencyRamp.Target(), mSampleRate, mFilterQRamp.Target());
-	mFilter.ProcessBlock(left, right, count);
-}
-
-void TVortelDspDevice::ProcessRampedFilter(float* left, float* right, int count) {
-	TRampGroup ramps(mFilterFrequencyRamp, mFilterQRamp);
-	mFilter.ProcessRamped(FilterMode(), mSampleRate, ramps, left, right, count);
+	mFilter.ProcessBlock(left + done, right + done, count - done);
 }
 
 void TVortelDspDevice::ProcessMix(float* left, float* right, int count) {
+	int done = 0;
 	if (mMixRamp.IsRamping() || mPanRamp.IsRamping() || mVolumeRamp.IsRamping()) {
 		TRampGroup ramps(mMixRamp, mPanRamp, mVolumeRamp);
-		MixRamped(ramps, mDryLeft.Data(), mDryRight.Data(), left, right, count);
-		return;
+		done = MixRamped(ramps, mDryLeft.Data(), mDryRight.Data(), left, right, count);
 	}
-	if (IsMixNeutral())
+	if (done == count || IsMixNeutral())
 		return;
 	const float mix = mMixRamp.Target();
 	const float pan = mPanRamp.Target();
 	const float volume = 2.0f * mVolumeRamp.Target();
-	MixSteady(left, mDryLeft.Data(), count, mix, LeftGain(pan), volume);
-	MixSteady(right, mDryRight.Data(), count, mix, RightGain(pan), volume);
+	MixSteady(left + done, mDryLeft.Data() + done, count - done, mix, LeftGain(pan), volume);
+	MixSteady(right + done, mDryRight.Data() + done, count - done, mix, RightGain(pan), volume);
 }
 
 void TVortelDspDevice::ProcessFade(float* left, float* right, int count) {
@@ -256,10 +274,6 @@ void TVortelDspDevice::ProcessFade(float* left, float* right, int count) {
 	mFadePosition += length;
 	if (mFadePosition >= mFadeLength)
 		FinishFade();
-	if (mFadeState == kIdle) {
-		VortelBuffers::Copy(left + length, mDryLeft.Data() + length, count - length);
-		VortelBuffers::Copy(right + length, mDryRight.Data() + length, count - length);
-	}
 }
 
 void TVortelDspDevice::FinishFade() {

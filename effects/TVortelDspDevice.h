@@ -142,9 +142,10 @@ private:
 		return static_cast<TVALadderFilter::TMode>(static_cast<int>(mFilterType) - 1);
 	}
 
+	void ProcessEdge(float* left, float* right, int count);
+	void ProcessStages(float* left, float* right, int count);
 	void GuardState(float* left, float* right, int count);
 	void ProcessFilter(float* left, float* right, int count);
-	void ProcessRampedFilter(float* left, float* right, int count);
 	void ProcessFade(float* left, float* right, int count);
 	void FinishFade();
 

@@ -71,34 +71,54 @@ void TVortelModulatorDspDevice::OnStateLost() {
 	OnStart();
 }
 
+/// The ramps' values, sample by sample.
+struct TVortelModulatorDspDevice::TMovingValues {
+	std::array<float, kPiece> mFrequency, mDepth, mOsc, mFM, mSpread;
+
+	TValues At(int i) const {
+		const auto at = static_cast<std::size_t>(i);
+		return {mFrequency[at], mDepth[at], mOsc[at], mFM[at], mSpread[at]};
+	}
+};
+
+struct TVortelModulatorDspDevice::TRestingValues {
+	TValues mValues;
+
+	const TValues& At(int) const { return mValues; }
+};
+
 void TVortelModulatorDspDevice::ProcessEffect(float* left, float* right, int count) {
-	const auto ramps = Ramps();
-	if (std::any_of(ramps.begin(), ramps.end(), [](const TRampable<float>* ramp) { return ramp->IsRamping(); }))
-		ProcessSamples<true>(left, right, count);
-	else
-		ProcessSamples<false>(left, right, count);
+	int done = 0;
+	if (const auto ramps = Ramps();
+	    std::any_of(ramps.begin(), ramps.end(), [](const TRampable<float>* ramp) { return ramp->IsRamping(); }))
+		done = ProcessRamped(left, right, count);
+	const TRestingValues values{
+	    {mFrequencyRamp.Target(), mDepthRamp.Target(), mOscRamp.Target(), mFMRamp.Target(), mSpreadRamp.Target()}};
+	ProcessSamples(left + done, right + done, count - done, values);
 }
 
-template <bool kRamping>
-void TVortelModulatorDspDevice::ProcessSamples(float* left, float* right, int count) {
-	float frequency = mFrequencyRamp.Target();
-	float depth = mDepthRamp.Target();
-	float osc = mOscRamp.Target();
-	float fm = mFMRamp.Target();
-	float spread = mSpreadRamp.Target();
+int TVortelModulatorDspDevice::ProcessRamped(float* left, float* right, int count) {
+	TMovingValues values;
+	TRampGroup tone(mFrequencyRamp, mDepthRamp, mOscRamp);
+	TRampGroup modulation(mFMRamp, mSpreadRamp);
+	int done = 0;
+	while (done < count && (tone.IsMoving() || modulation.IsMoving())) {
+		const int length = std::min(kPiece, count - done);
+		tone.Fill(length, values.mFrequency.data(), values.mDepth.data(), values.mOsc.data());
+		modulation.Fill(length, values.mFM.data(), values.mSpread.data());
+		ProcessSamples(left + done, right + done, length, values);
+		done += length;
+	}
+	return done;
+}
+
+template <class TSource>
+void TVortelModulatorDspDevice::ProcessSamples(float* left, float* right, int count, const TSource& values) {
 	const double radiansPerHertz = kTwoPi / SampleRate();
 	TVAEnvelopeFollower follower = mFollower;
 	double phase = mPhase;
 	for (int i = 0; i < count; ++i) {
-		if constexpr (kRamping) {
-			for (TRampable<float>* ramp : Ramps())
-				ramp->Step();
-			frequency = mFrequencyRamp.Current();
-			depth = mDepthRamp.Current();
-			osc = mOscRamp.Current();
-			fm = mFMRamp.Current();
-			spread = mSpreadRamp.Current();
-		}
+		const auto [frequency, depth, osc, fm, spread] = values.At(i);
 		const double envelope = follower.Process((std::abs(left[i]) + std::abs(right[i])) / 2.0f / kFullScale);
 		const double hertz =
 		    std::clamp(frequency + envelope * (fm - 0.5) * 2.0 * 5000.0, kLowestFrequency, kHighestFrequency);

@@ -23,8 +23,20 @@ protected:
 	void OnStateLost() override;
 
 private:
-	template <bool kRamping>
-	void ProcessSamples(float* left, float* right, int count);
+	static constexpr int kPiece = 64; // ramps are followed for so many samples in advance
+
+	/// Of the ramps, at one sample.
+	struct TValues {
+		float mFrequency, mDepth, mOsc, mFM, mSpread;
+	};
+
+	struct TMovingValues;
+	struct TRestingValues;
+
+	/// Returns the samples done: all, or at least those until no ramp moves.
+	int ProcessRamped(float* left, float* right, int count);
+	template <class TSource>
+	void ProcessSamples(float* left, float* right, int count, const TSource& values);
 	std::array<TRampable<float>*, 5> Ramps();
 	void SetFollower();
 

@@ -11,9 +11,9 @@ namespace {
 
 constexpr float kDoubledGain = 2.0f / kCenterGain; // of the volume, which is unity at 0.5
 
-void MixOne(TRampGroup& ramps, float dryLeft, float dryRight, float& left, float& right) {
+void MixOne(__m128 row, float dryLeft, float dryRight, float& left, float& right) {
 	alignas(16) std::array<float, 4> values;
-	_mm_store_ps(values.data(), ramps.Step());
+	_mm_store_ps(values.data(), row);
 	const auto [mix, pan, volume, unused] = values;
 	const float scale = volume * kDoubledGain;
 	left = (dryLeft * (1.0f - mix) + left * mix) * std::sqrt(1.0f - pan) * scale;
@@ -22,7 +22,7 @@ void MixOne(TRampGroup& ramps, float dryLeft, float dryRight, float& left, float
 
 void MixRest(TRampGroup& ramps, const float* dryLeft, const float* dryRight, float* left, float* right, int count) {
 	for (int i = 0; i < count; ++i)
-		MixOne(ramps, dryLeft[i], dryRight[i], left[i], right[i]);
+		MixOne(ramps.StepFar(), dryLeft[i], dryRight[i], left[i], right[i]);
 }
 
 void MixBy4(
@@ -30,10 +30,10 @@ void MixBy4(
 	const __m128 one = _mm_set1_ps(1.0f);
 	int i = 0;
 	for (; i <= count - 4; i += 4) {
-		__m128 mix = ramps.Step();
-		__m128 pan = ramps.Step();
-		__m128 volume = ramps.Step();
-		__m128 unused = ramps.Step();
+		__m128 mix = ramps.StepFar();
+		__m128 pan = ramps.StepFar();
+		__m128 volume = ramps.StepFar();
+		__m128 unused = ramps.StepFar();
 		_MM_TRANSPOSE4_PS(mix, pan, volume, unused);
 		const __m128 dryGain = _mm_sub_ps(one, mix);
 		const __m128 scale = _mm_mul_ps(volume, _mm_set1_ps(kDoubledGain));
@@ -64,14 +64,14 @@ MixBy8(TRampGroup& ramps, const float* dryLeft, const float* dryRight, float* le
 	const __m256 one = _mm256_set1_ps(1.0f);
 	int i = 0;
 	for (; i <= count - 8; i += 8) {
-		const __m128 first0 = ramps.Step();
-		const __m128 first1 = ramps.Step();
-		const __m128 first2 = ramps.Step();
-		const __m128 first3 = ramps.Step();
-		const __m256 row0 = Join(first0, ramps.Step());
-		const __m256 row1 = Join(first1, ramps.Step());
-		const __m256 row2 = Join(first2, ramps.Step());
-		const __m256 row3 = Join(first3, ramps.Step());
+		const __m128 first0 = ramps.StepFar();
+		const __m128 first1 = ramps.StepFar();
+		const __m128 first2 = ramps.StepFar();
+		const __m128 first3 = ramps.StepFar();
+		const __m256 row0 = Join(first0, ramps.StepFar());
+		const __m256 row1 = Join(first1, ramps.StepFar());
+		const __m256 row2 = Join(first2, ramps.StepFar());
+		const __m256 row3 = Join(first3, ramps.StepFar());
 		const __m256 mixPan01 = _mm256_unpacklo_ps(row0, row1);
 		const __m256 mixPan23 = _mm256_unpacklo_ps(row2, row3);
 		const __m256 volume01 = _mm256_unpackhi_ps(row0, row1);
@@ -98,7 +98,9 @@ const TMix sMix = FastestMix();
 
 } // namespace
 
-void MixRamped(
+int MixRamped(
     TRampGroup& ramps, const float* dryLeft, const float* dryRight, float* left, float* right, int count) noexcept {
-	sMix(ramps, dryLeft, dryRight, left, right, count);
+	return ramps.Follow(
+	    count, [&](int at, int n) { sMix(ramps, dryLeft + at, dryRight + at, left + at, right + at, n); },
+	    [&](int at, __m128 row) { MixOne(row, dryLeft[at], dryRight[at], left[at], right[at]); });
 }

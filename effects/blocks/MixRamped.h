@@ -10,7 +10,8 @@ class TRampGroup;
 ///
 /// with sqrt(1 - pan) and sqrt(pan) as left and right gain, scaled to 1 in the middle. In place, any count, audio
 /// thread. The widest vectors of the processor do it; results are those of single steps in float, bit for bit.
-void MixRamped(
+/// Returns the samples done: all, or those until every ramp is at its target.
+int MixRamped(
     TRampGroup& ramps, const float* dryLeft, const float* dryRight, float* left, float* right, int count) noexcept;
 
 /// What constant power gives in the middle, where the gains of the mix stage are 1.

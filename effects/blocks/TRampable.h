@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <algorithm>
 #include <emmintrin.h>
 
 /// Base of values that glide. Stateless.
@@ -20,8 +21,9 @@ class TRampable;
 /// One-pole smoothed value. Audio thread.
 ///
 /// Each step covers a fixed share of the distance that is left, so a glide ends by itself when the step no longer
-/// changes the float. The share is given for 44100 Hz; the scale (44100 / sample rate) keeps the speed in seconds the
-/// same at any rate. Whoever owns the ramp hands it the scale when the sample rate changes.
+/// changes the float; the next step then lands on the target, on the same sample whatever the slices. The share is
+/// given for 44100 Hz; the scale (44100 / sample rate) keeps the speed in seconds the same at any rate. Whoever owns
+/// the ramp hands it the scale when the sample rate changes.
 template <>
 class TRampable<float> final : public TRampableBase {
 public:
@@ -49,7 +51,10 @@ public:
 
 	bool IsRamping() const { return mCurrent != mTarget && Next() != mCurrent; }
 
-	void Step() override { mCurrent = Next(); }
+	void Step() override {
+		const float next = Next();
+		mCurrent = next == mCurrent ? mTarget : next;
+	}
 
 	void Finish() override { mCurrent = mTarget; }
 
@@ -60,7 +65,9 @@ public:
 private:
 	friend class TRampGroup;
 
-	float Next() const { return mCurrent + (mTarget - mCurrent) * mCoefficient * mScale; }
+	float Share() const { return mCoefficient * mScale; }
+
+	float Next() const { return mCurrent + (mTarget - mCurrent) * Share(); }
 
 	float mCoefficient = kDefaultCoefficient;
 	float mTarget = 0.0f;
@@ -69,8 +76,8 @@ private:
 };
 
 /// Up to three ramps that move together, in the lanes of one vector. While the group exists it stands for the ramps;
-/// they learn of its steps at its end. Their coefficients must be powers of two, which makes the steps the same as
-/// those of Step, bit for bit. All inline, so that a loop keeps the group in registers.
+/// they learn of its steps at its end. The values are those of Step, bit for bit. All inline, so that a loop keeps the
+/// group in registers.
 class TRampGroup {
 public:
 	TRampGroup(TRampable<float>& first, TRampable<float>& second) : TRampGroup(&first, &second, nullptr) {}
@@ -88,40 +95,66 @@ public:
 	TRampGroup(const TRampGroup&) = delete;
 	TRampGroup& operator=(const TRampGroup&) = delete;
 
-	/// Moves all by one sample and returns the values, the first in the lowest lane.
-	__m128 Step() {
-		mCurrent = _mm_add_ps(mCurrent, _mm_mul_ps(_mm_sub_ps(mTarget, mCurrent), mShare));
+	/// Whether a step would still change something other than to land on a target.
+	bool IsMoving() const { return _mm_movemask_ps(_mm_cmpneq_ps(Next(), mCurrent)) != 0; }
+
+	/// Follows the ramps for up to `count` samples and returns for how many any of them moves; after that all are at
+	/// their targets. Where none can land, run(at, n) is to call StepFar n times; elsewhere single(at, values) gets
+	/// the values of one sample, the first in the lowest lane.
+	template <class TRun, class TSingle>
+	int Follow(int count, TRun run, TSingle single) {
+		constexpr int kNear = 16; // samples after which another look pays
+		for (int done = 0;;) {
+			if (mFarSteps == 0)
+				mFarSteps = CountFarSteps();
+			if (const int far = std::min(mFarSteps, count - done); far > 0) {
+				run(done, far);
+				mFarSteps -= far;
+				done += far;
+			}
+			for (const int end = std::min(count, done + kNear); done < end && mFarSteps == 0; ++done) {
+				if (!StepNear())
+					return done;
+				single(done, mCurrent);
+			}
+			if (done == count)
+				return done;
+		}
+	}
+
+	/// Moves all by one sample and returns the values. Where Follow says that none lands.
+	__m128 StepFar() {
+		mCurrent = Next();
 		return mCurrent;
 	}
 
-	/// The values of the next `count` steps, an array for each ramp. The last value is repeated up to a multiple of
-	/// four, for which the arrays have room.
+	/// The values of the next `count` steps, an array for each ramp; those of ramps at rest are their targets. The last
+	/// value is repeated up to a multiple of four, for which the arrays have room.
 	void Fill(int count, float* first, float* second, float* third = nullptr) {
-		int i = 0;
-		for (; i <= count - 4; i += 4) {
-			__m128 a = Step();
-			__m128 b = Step();
-			__m128 c = Step();
-			__m128 d = Step();
-			_MM_TRANSPOSE4_PS(a, b, c, d);
-			_mm_storeu_ps(first + i, a);
-			_mm_storeu_ps(second + i, b);
+		const auto store = [=](int at, __m128 row) {
+			first[at] = _mm_cvtss_f32(row);
+			second[at] = _mm_cvtss_f32(_mm_shuffle_ps(row, row, 1));
 			if (third)
-				_mm_storeu_ps(third + i, c);
-		}
-		for (; i < count; ++i) {
-			const __m128 row = Step();
-			first[i] = _mm_cvtss_f32(row);
-			second[i] = _mm_cvtss_f32(_mm_shuffle_ps(row, row, 1));
-			if (third)
-				third[i] = _mm_cvtss_f32(_mm_movehl_ps(row, row));
-		}
-		for (; i % 4 != 0; ++i) {
-			first[i] = first[i - 1];
-			second[i] = second[i - 1];
-			if (third)
-				third[i] = third[i - 1];
-		}
+				third[at] = _mm_cvtss_f32(_mm_movehl_ps(row, row));
+		};
+		const auto run = [=, this](int at, int steps) {
+			int i = at;
+			for (; i <= at + steps - 4; i += 4) {
+				__m128 a = StepFar();
+				__m128 b = StepFar();
+				__m128 c = StepFar();
+				__m128 d = StepFar();
+				_MM_TRANSPOSE4_PS(a, b, c, d);
+				_mm_storeu_ps(first + i, a);
+				_mm_storeu_ps(second + i, b);
+				if (third)
+					_mm_storeu_ps(third + i, c);
+			}
+			for (; i < at + steps; ++i)
+				store(i, StepFar());
+		};
+		for (int i = Follow(count, run, store); i < count || i % 4 != 0; ++i)
+			store(i, mCurrent);
 	}
 
 private:
@@ -130,16 +163,47 @@ private:
 	TRampGroup(TRamp* first, TRamp* second, TRamp* third)
 	    : mTarget(_mm_set_ps(0.0f, third ? third->mTarget : 0.0f, second->mTarget, first->mTarget)),
 	      mCurrent(_mm_set_ps(0.0f, third ? third->mCurrent : 0.0f, second->mCurrent, first->mCurrent)),
-	      mShare(_mm_set_ps(0.0f, third ? Share(*third) : 0.0f, Share(*second), Share(*first))),
+	      mShare(_mm_set_ps(0.0f, third ? third->Share() : 0.0f, second->Share(), first->Share())),
 	      mpFirst(first),
 	      mpSecond(second),
 	      mpThird(third) {}
 
-	static float Share(const TRamp& ramp) { return ramp.mCoefficient * ramp.mScale; }
+	__m128 Next() const { return _mm_add_ps(mCurrent, _mm_mul_ps(_mm_sub_ps(mTarget, mCurrent), mShare)); }
+
+	/// A step of any kind. False: none was left to make, and all have landed.
+	bool StepNear() {
+		const __m128 next = Next();
+		const __m128 moves = _mm_cmpneq_ps(next, mCurrent);
+		mCurrent = _mm_or_ps(_mm_and_ps(moves, next), _mm_andnot_ps(moves, mTarget));
+		return _mm_movemask_ps(moves) != 0;
+	}
+
+	/// Steps that every ramp on its way is certain to have before it. A ramp moves while its step is more than half of
+	/// the last place of its value, which is at most 2^-23 of the larger of where it is and where it goes. The step
+	/// halves in ln 2 / share steps or more; rounding takes less than the one halving that is kept in reserve.
+	int CountFarSteps() const {
+		const __m128 sign = _mm_set1_ps(-0.0f);
+		const __m128 least = _mm_set1_ps(7.9e-31f); // far above where numbers lose their precision
+		const __m128 rests = _mm_cmpeq_ps(mCurrent, mTarget);
+		if (_mm_movemask_ps(rests) == 15)
+			return 0;
+		const __m128 step = _mm_mul_ps(_mm_andnot_ps(sign, _mm_sub_ps(mTarget, mCurrent)), mShare);
+		const __m128 size = _mm_max_ps(_mm_andnot_ps(sign, mCurrent), _mm_andnot_ps(sign, mTarget));
+		const __m128 lastPlace = _mm_mul_ps(_mm_max_ps(size, least), _mm_set1_ps(1.1920929e-7f));
+		const __m128i exponent = _mm_srli_epi32(_mm_castps_si128(_mm_div_ps(step, lastPlace)), 23);
+		const __m128 halvings = _mm_cvtepi32_ps(_mm_sub_epi32(exponent, _mm_set1_epi32(128)));
+		const __m128 halfLife = _mm_sub_ps(_mm_div_ps(_mm_set1_ps(0.69f), mShare), _mm_set1_ps(1.0f));
+		__m128 steps = _mm_mul_ps(halvings, halfLife);
+		steps = _mm_or_ps(_mm_andnot_ps(rests, steps), _mm_and_ps(rests, _mm_set1_ps(1e6f)));
+		steps = _mm_min_ps(steps, _mm_movehl_ps(steps, steps));
+		steps = _mm_min_ss(steps, _mm_shuffle_ps(steps, steps, 1));
+		return std::max(0, _mm_cvttss_si32(steps));
+	}
 
 	__m128 mTarget;
 	__m128 mCurrent;
 	__m128 mShare;
+	int mFarSteps = 0;
 	TRamp* mpFirst;
 	TRamp* mpSecond;
 	TRamp* mpThird;

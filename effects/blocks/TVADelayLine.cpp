@@ -100,8 +100,9 @@ void TVADelayLine::ProcessRuns(float* samples, int count, TGain send, float feed
 				VortelBuffers::StorePair(x + i, _mm_add_ps(in, _mm_mul_ps(_mm_cvtpd_ps(y), returned.Pair(done + i))));
 			}
 			for (; i < run; ++i) {
-				const double y = weights.mA * from[i] + weights.mB * from[i + 1] + weights.mC * from[i + 2] +
-				                 weights.mD * from[i + 3];
+				// added in the order of the pairs: which samples are left over depends on the host's blocks
+				const double y = (weights.mA * from[i] + weights.mB * from[i + 1]) +
+				                 (weights.mC * from[i + 2] + weights.mD * from[i + 3]);
 				write[i] = static_cast<float>(send.At(done + i) * x[i] + feedback * y);
 				x[i] += returned.At(done + i) * static_cast<float>(y);
 			}

@@ -106,6 +106,25 @@ inline __m128d TVALadderFilter::Step(TState& state, const TCoefficients& coeffic
 	return kMode == kBandpass ? band : _mm_sub_pd(input, band);
 }
 
+/// Runs pieces and looks at each end whether the filter hangs, on a grid of its own, so that the host's cuts make no
+/// difference. A run returns how far it came; a piece that is not finished is the last.
+template <class TRun>
+inline int TVALadderFilter::Watch(float* left, float* right, int count, TRun run) {
+	for (int done = 0; done < count;) {
+		const int length = std::min(count - done, mUnwatched);
+		const float lastLeft = left[done + length - 1];
+		const float lastRight = right[done + length - 1];
+		const int ran = run(left + done, right + done, length);
+		done += ran;
+		mUnwatched -= ran;
+		if (ran < length)
+			return done;
+		if (mUnwatched == 0)
+			FreeHungStages(lastLeft, lastRight);
+	}
+	return count;
+}
+
 /// One instance of the action for each mode, so that no loop tests the mode.
 template <class TAction>
 inline void TVALadderFilter::WithMode(TAction action) {
@@ -124,33 +143,27 @@ inline void TVALadderFilter::WithMode(TAction action) {
 }
 
 void TVALadderFilter::ProcessBlock(float* left, float* right, int count) {
-	if (count < 1)
-		return;
-	const float lastLeft = left[count - 1];
-	const float lastRight = right[count - 1];
 	WithMode([&](auto mode) {
 		const TCoefficients coefficients = Spread(mCutoff, mStageFeedback, mResonance);
-		TState state = mState;
-		for (int i = 0; i < count; ++i)
-			StoreFrame(left + i, right + i, Step<mode>(state, coefficients, LoadFrame(left + i, right + i)));
-		mState = state;
+		Watch(left, right, count, [&](float* l, float* r, int n) {
+			TState state = mState;
+			for (int i = 0; i < n; ++i)
+				StoreFrame(l + i, r + i, Step<mode>(state, coefficients, LoadFrame(l + i, r + i)));
+			mState = state;
+			return n;
+		});
 	});
-	FreeHungStages(lastLeft, lastRight, count);
 }
 
-/// Two samples at a time, for the sake of their coefficients. Returns the last frequency and q.
+/// Two samples at a time where the ramps allow it, for the sake of their coefficients.
 template <int kMode>
-inline __m128d
-TVALadderFilter::RunRamped(TState& state, double sampleRate, TRampGroup& ramps, float* left, float* right, int count) {
+inline int TVALadderFilter::RunRamped(
+    TState& state, double sampleRate, TRampGroup& ramps, float* left, float* right, int count, __m128d& last) {
 	const __m128d one = _mm_set1_pd(1.0);
 	const __m128d lowest = _mm_set1_pd(kMinimumFrequency);
 	const __m128d highest = _mm_set1_pd(kMaximumFrequency * sampleRate);
 	const __m128d scale = _mm_set1_pd(kFrequencyScale / sampleRate);
-	__m128d last = lowest;
-	for (int i = 0; i < count; i += 2) {
-		const bool isPair = i + 1 < count;
-		const __m128d first = _mm_cvtps_pd(ramps.Step());
-		last = isPair ? _mm_cvtps_pd(ramps.Step()) : first;
+	const auto step = [&](int at, __m128d first, bool isPair) {
 		const __m128d frequency = _mm_unpacklo_pd(first, last);
 		const __m128d q = _mm_unpackhi_pd(first, last);
 		const __m128d f = _mm_mul_pd(_mm_min_pd(_mm_max_pd(frequency, lowest), highest), scale);
@@ -159,32 +172,46 @@ TVALadderFilter::RunRamped(TState& state, double sampleRate, TRampGroup& ramps, 
 		const __m128d k = _mm_sub_pd(_mm_add_pd(p, p), one);
 		const __m128d r = _mm_mul_pd(ResonanceCurve(_mm_mul_pd(t, t)), q);
 		const __m128d gain = _mm_mul_pd(_mm_add_pd(r, one), _mm_set1_pd(kOutputScale));
-		const auto step = [&](float* inLeft, float* inRight, auto spread) {
+		const auto stepOne = [&](float* inLeft, float* inRight, auto spread) {
 			const TCoefficients coefficients = {spread(p), spread(k), spread(r), spread(gain)};
 			StoreFrame(inLeft, inRight, Step<kMode>(state, coefficients, LoadFrame(inLeft, inRight)));
 		};
-		step(left + i, right + i, [](__m128d pair) { return _mm_unpacklo_pd(pair, pair); });
+		stepOne(left + at, right + at, [](__m128d pair) { return _mm_unpacklo_pd(pair, pair); });
 		if (isPair)
-			step(left + i + 1, right + i + 1, [](__m128d pair) { return _mm_unpackhi_pd(pair, pair); });
-	}
-	return last;
+			stepOne(left + at + 1, right + at + 1, [](__m128d pair) { return _mm_unpackhi_pd(pair, pair); });
+	};
+	const auto single = [&](int at, __m128 values) {
+		last = _mm_cvtps_pd(values);
+		step(at, last, false);
+	};
+	const auto run = [&](int at, int samples) {
+		const int end = at + samples;
+		for (; at <= end - 2; at += 2) {
+			const __m128d first = _mm_cvtps_pd(ramps.StepFar());
+			last = _mm_cvtps_pd(ramps.StepFar());
+			step(at, first, true);
+		}
+		if (at < end)
+			single(at, ramps.StepFar());
+	};
+	return ramps.Follow(count, run, single);
 }
 
-void TVALadderFilter::ProcessRamped(
+int TVALadderFilter::ProcessRamped(
     int mode, double sampleRate, TRampGroup& frequencyAndQ, float* left, float* right, int count) {
-	if (count < 1)
-		return;
-	const float lastLeft = left[count - 1];
-	const float lastRight = right[count - 1];
 	mMode = mode;
 	__m128d last = _mm_set_pd(mQ, mFrequency);
+	int done = 0;
 	WithMode([&](auto kMode) {
-		TState state = mState;
-		last = RunRamped<kMode>(state, sampleRate, frequencyAndQ, left, right, count);
-		mState = state;
+		done = Watch(left, right, count, [&](float* l, float* r, int n) {
+			TState state = mState;
+			const int moving = RunRamped<kMode>(state, sampleRate, frequencyAndQ, l, r, n, last);
+			mState = state;
+			return moving;
+		});
 	});
 	SetCoefficients(mode, _mm_cvtsd_f64(last), sampleRate, _mm_cvtsd_f64(_mm_unpackhi_pd(last, last)));
-	FreeHungStages(lastLeft, lastRight, count);
+	return done;
 }
 
 void TVALadderFilter::TState::Take(__m128d mask, const TState& other) {
@@ -215,15 +242,16 @@ double TVALadderFilter::ProcessSampleRight(double x) {
 	return _mm_cvtsd_f64(_mm_unpackhi_pd(output, output));
 }
 
-bool TVALadderFilter::IsHung(std::size_t channel, double lastStage, float lastInput, int count) {
+bool TVALadderFilter::IsHung(std::size_t channel, double lastStage, float lastInput) {
 	const bool atLimit = std::abs(lastStage) >= kLimit && std::abs(lastInput) <= kSaneInput;
-	mHungSamples[channel] = atLimit ? mHungSamples[channel] + count : 0;
+	mHungSamples[channel] = atLimit ? mHungSamples[channel] + kWatchInterval : 0;
 	return mHungSamples[channel] > mSampleRate * kLongestHang;
 }
 
-void TVALadderFilter::FreeHungStages(float lastLeft, float lastRight, int count) {
-	const bool hungLeft = IsHung(0, _mm_cvtsd_f64(mState.mY4), lastLeft, count);
-	const bool hungRight = IsHung(1, _mm_cvtsd_f64(_mm_unpackhi_pd(mState.mY4, mState.mY4)), lastRight, count);
+void TVALadderFilter::FreeHungStages(float lastLeft, float lastRight) {
+	mUnwatched = kWatchInterval;
+	const bool hungLeft = IsHung(0, _mm_cvtsd_f64(mState.mY4), lastLeft);
+	const bool hungRight = IsHung(1, _mm_cvtsd_f64(_mm_unpackhi_pd(mState.mY4, mState.mY4)), lastRight);
 	if (hungLeft || hungRight)
 		mState.Take(ChannelMask(hungLeft, hungRight), TState());
 }

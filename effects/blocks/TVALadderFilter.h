@@ -23,8 +23,9 @@ public:
 	void ProcessBlock(float* left, float* right, int count);
 
 	/// In place, while the first two ramps of the group, frequency and q, take a step before each sample. The results
-	/// are those of SetCoefficients before every sample, to 1e-9; the last pair stays set.
-	void ProcessRamped(int mode, double sampleRate, TRampGroup& frequencyAndQ, float* left, float* right, int count);
+	/// are those of SetCoefficients before every sample, to 1e-9; the last pair stays set. Returns the samples done:
+	/// all, or those until both ramps are at their targets.
+	int ProcessRamped(int mode, double sampleRate, TRampGroup& frequencyAndQ, float* left, float* right, int count);
 
 	double ProcessSampleLeft(double x);
 	double ProcessSampleRight(double x);
@@ -52,12 +53,17 @@ private:
 	template <int kMode>
 	static __m128d Step(TState& state, const TCoefficients& coefficients, __m128d input);
 	template <int kMode>
-	static __m128d RunRamped(TState& state, double sampleRate, TRampGroup& ramps, float* left, float* right, int count);
+	static int
+	RunRamped(TState& state, double sampleRate, TRampGroup& ramps, float* left, float* right, int count, __m128d& last);
+	template <class TRun>
+	int Watch(float* left, float* right, int count, TRun run);
 	template <class TAction>
 	void WithMode(TAction action);
 	__m128d ProcessSample(double x, __m128d channel);
-	void FreeHungStages(float lastLeft, float lastRight, int count);
-	bool IsHung(std::size_t channel, double lastStage, float lastInput, int count);
+	void FreeHungStages(float lastLeft, float lastRight);
+	bool IsHung(std::size_t channel, double lastStage, float lastInput);
+
+	static constexpr int kWatchInterval = 256;
 
 	int mMode = kUnset;
 	double mFrequency = 0.0;
@@ -67,5 +73,6 @@ private:
 	double mStageFeedback = 0.0;
 	double mResonance = 0.0;
 	TState mState;
+	int mUnwatched = kWatchInterval; // samples to the next look
 	std::array<int, 2> mHungSamples{};
 };
