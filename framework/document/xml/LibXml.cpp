@@ -21,7 +21,7 @@ using TParser = std::unique_ptr<xmlParserCtxt, LibXml::TDeleter>;
 using TBuffer = std::unique_ptr<xmlBuffer, LibXml::TDeleter>;
 
 /// One line for each message: "line N: text".
-void CollectError(void* userData, xmlError* error) {
+void CollectError(void* userData, LibXml::TError* error) {
 	const auto* context = static_cast<const xmlParserCtxt*>(userData);
 	auto* errors = static_cast<std::string*>(context->_private);
 	if (!error->message || errors->size() > kLongestErrors)

@@ -5,6 +5,8 @@
 
 #include <libxml/parser.h>
 #include <libxml/tree.h>
+#include <libxml/xmlerror.h>
+#include <libxml/xmlversion.h>
 #include <libxml/xpath.h>
 #include <memory>
 #include <string>
@@ -33,6 +35,13 @@ struct TDeleter {
 using TDocument = std::unique_ptr<xmlDoc, TDeleter>;
 using TNode = std::unique_ptr<xmlNode, TDeleter>;
 using TText = std::unique_ptr<xmlChar, TDeleter>;
+
+/// What a callback for errors is given.
+#if LIBXML_VERSION >= 21200
+using TError = const xmlError;
+#else
+using TError = xmlError;
+#endif
 
 inline const xmlChar* Chars(const std::string& text) {
 	return reinterpret_cast<const xmlChar*>(text.c_str());

@@ -23,7 +23,7 @@ TRegistry& Registry() {
 	return sRegistry;
 }
 
-void Ignore(void* /*userData*/, xmlError* /*error*/) {}
+void Ignore(void* /*userData*/, LibXml::TError* /*error*/) {}
 
 template <class... TTexts>
 TResult Evaluate(xmlXPathContext* context, const TString& path, const char* error, const TTexts&... texts) {

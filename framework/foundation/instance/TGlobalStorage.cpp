@@ -148,7 +148,7 @@ void TGlobalStorage::DestroyStorage(int32_t id) {
 			SetCurrentId(-1);
 		// Threads without a scope still reach these objects as the default, so they are left as they are.
 		for (int slot = 0; id == 0 && slot < kNumberOfSlots; ++slot)
-			if (void* object = std::exchange(storage->mSlots[static_cast<std::size_t>(slot)], nullptr))
+			if (void* object = storage->mSlots[static_cast<std::size_t>(slot)].exchange(nullptr))
 				all.mLeftBehind.emplace_back(slot, object);
 	}
 	storage->RunDestroyers();

@@ -51,9 +51,14 @@ public:
 	/// The object that the slot held when storage 0 was destroyed, once; else null.
 	static void* TakeLeftBehind(int slot);
 
-	void* Slot(int slot) const noexcept { return mSlots[static_cast<std::size_t>(slot)]; }
+	/// Any thread; whoever sees an object sees it whole.
+	void* Slot(int slot) const noexcept {
+		return mSlots[static_cast<std::size_t>(slot)].load(std::memory_order_acquire);
+	}
 
-	void SetSlot(int slot, void* object) noexcept { mSlots[static_cast<std::size_t>(slot)] = object; }
+	void SetSlot(int slot, void* object) noexcept {
+		mSlots[static_cast<std::size_t>(slot)].store(object, std::memory_order_release);
+	}
 
 	int32_t Id() const noexcept { return mId; }
 
@@ -65,7 +70,7 @@ private:
 	static constinit std::atomic<TGlobalStorage*> sDefault;
 
 	int32_t mId;
-	std::array<void*, kNumberOfSlots> mSlots{};
+	std::array<std::atomic<void*>, kNumberOfSlots> mSlots{};
 };
 
 /// Makes a storage current on this thread for the guard's life. Every entry from a host or the platform opens one

@@ -18,21 +18,22 @@
 
 #include <array>
 #include <atomic>
-#include <cstdlib>
 #include <mutex>
 #include <span>
 #include <thread>
+#include <utility>
 
 namespace {
 
 std::mutex sLock;
 int sUsers = 0; // host formats with live instances; under sLock
+bool sIsSeeded = false;
 std::atomic<int> sNumberOfProcessors{1};
 
-void SeedRandomGenerators() {
-	const auto clock = static_cast<uint32_t>(MicrosecondClock());
-	TRandom::SetState(clock ^ 0x1837485u);
-	std::srand(clock);
+/// Once for the process: later instances go on from where the earlier ones have got to.
+void SeedRandomGenerator() {
+	if (!std::exchange(sIsSeeded, true))
+		TRandom::SetState(static_cast<uint32_t>(MicrosecondClock()) ^ 0x1837485u);
 }
 
 void ReadProcessorCount() {
@@ -91,7 +92,7 @@ void StartServices(bool alsoOfTheProcess) {
 
 void InitializeFramework() {
 	std::lock_guard guard(sLock);
-	SeedRandomGenerators();
+	SeedRandomGenerator();
 	StartServices(sUsers == 0);
 	++sUsers;
 	Memory::SetLowMemoryListener(&TMemoryLowMemoryWarningCommand::Post);
