@@ -78,7 +78,12 @@ float TVortelDeviceParameter::RealValue() const {
 	return mpConverter->RealFromNormalized(Value());
 }
 
+// A value that is the same is stored all the same: what a file has brought may read as something else than it is.
 void TVortelDeviceParameter::SetValue(float value) {
+	if (Value() == value) {
+		SetNormalizedValue(value);
+		return;
+	}
 	const TBracket bracket(mChangedBang);
 	SetNormalizedValue(value);
 }

@@ -72,10 +72,10 @@ public:
 	/// Uniform within amount around the present value.
 	void Mutate(float amount);
 
-	/// Around every change, on the thread that makes it.
+	/// Around every change, on the thread that makes it. Setting the value that there is changes nothing.
 	TObservableBang& ChangedBang() noexcept { return mChangedBang; }
 
-	/// Around changes made by the user.
+	/// Around what the user sets, whatever it was before.
 	TObservableBang& UserChangedBang() noexcept { return mUserChangedBang; }
 
 private:

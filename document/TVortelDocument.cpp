@@ -8,21 +8,13 @@
 #include "document/VortelUpgrades.h"
 #include "framework/document/nodes/TNameRules.h"
 #include "framework/foundation/files/TFile.h"
-#include "framework/foundation/values/TRandom.h"
 
 #include <algorithm>
-#include <chrono>
 
 namespace {
 
 bool HasNewValue(int32_t reason) {
 	return reason == kObserverAdded || reason == kDidChange;
-}
-
-uint32_t MicrosecondSeed() {
-	const auto now = std::chrono::steady_clock::now().time_since_epoch();
-	const auto microseconds = std::chrono::duration_cast<std::chrono::microseconds>(now).count();
-	return static_cast<uint32_t>(microseconds % 2147483647);
 }
 
 } // namespace
@@ -62,7 +54,6 @@ TVortelDocument::TVortelDocument(const TOptions& options)
 	mRandom.SetSeed(31337);
 	FillClipboards();
 	mActiveProgramIndex.AddObserver({this, &TVortelDocument::OnActiveProgramIndex});
-	TRandom::SetState(MicrosecondSeed());
 	FillPrograms(options);
 }
 
@@ -173,7 +164,7 @@ void TVortelDocument::OnActiveSceneIndex(TObservable* /*observable*/, int32_t re
 }
 
 void TVortelDocument::OnProgramName(TObservable* /*observable*/, int32_t reason) {
-	if (reason == kDidChange)
+	if (reason == kDidChange && !mHoldsNames)
 		mProgramNameChangedBang.Bang();
 }
 

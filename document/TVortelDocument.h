@@ -10,6 +10,7 @@
 
 #include <array>
 #include <atomic>
+#include <vector>
 
 class TVortelDelayDevice;
 class TVortelDistortionDevice;
@@ -172,6 +173,7 @@ public:
 	TString ProgramName(int32_t index) override;
 	void SetProgramName(int32_t index, const TString& name) override;
 
+	/// For a load it fires once, at the end, if any name is another one then.
 	TObservableBang* ProgramNameChangedBang() override { return &mProgramNameChangedBang; }
 
 	int32_t NumberOfParameters() override { return kNumberOfParameters; }
@@ -221,6 +223,9 @@ private:
 	void CreateDevice(TDevice*& device);
 	void FillClipboards();
 	void FireSceneBangs();
+	std::vector<TString> ProgramNames() const;
+	template <class TWork>
+	void Replace(const TWork& work);
 
 	void OnActiveProgramIndex(TObservable* observable, int32_t reason);
 	void OnActiveSceneIndex(TObservable* observable, int32_t reason);
@@ -247,6 +252,7 @@ private:
 	TObservableBang mSceneChangedBang;
 	TObservableBang mSequenceChangedBang;
 	TObservableBang mProgramNameChangedBang;
+	bool mHoldsNames = false; // while programs are replaced; main thread
 
 	TVortelMasterDevice* mpMasterDevice = nullptr;
 	TVortelModulatorDevice* mpModulatorDevice = nullptr;

@@ -60,12 +60,36 @@ void TryChunk(const char* failure, const TWork& work) {
 
 } // namespace
 
-bool TVortelDocument::LoadBank(const TString& path) {
-	return TryLoading(path, [&] {
+std::vector<TString> TVortelDocument::ProgramNames() const {
+	std::vector<TString> names;
+	for (const auto& program : mpPrograms)
+		names.push_back(program->Name().Get());
+	return names;
+}
+
+/// A load that fails may have got to some of the programs.
+template <class TWork>
+void TVortelDocument::Replace(const TWork& work) {
+	const std::vector<TString> names = ProgramNames();
+	const auto tellOfNames = [&] {
+		mHoldsNames = false;
+		if (names != ProgramNames())
+			mProgramNameChangedBang.Bang();
+	};
+	mHoldsNames = true;
+	try {
 		const TLoadGuard guard(*this);
-		Load(path);
+		work();
 		FireAllBangs();
-	});
+	} catch (...) {
+		tellOfNames();
+		throw;
+	}
+	tellOfNames();
+}
+
+bool TVortelDocument::LoadBank(const TString& path) {
+	return TryLoading(path, [&] { Replace([&] { Load(path); }); });
 }
 
 bool TVortelDocument::SaveBank(const TString& path) {
@@ -74,10 +98,10 @@ bool TVortelDocument::SaveBank(const TString& path) {
 
 bool TVortelDocument::LoadProgram(const TString& path) {
 	return TryLoading(path, [&] {
-		const TLoadGuard guard(*this);
-		mpTempProgram->Load(path);
-		ActiveProgram()->CopyFrom(*mpTempProgram);
-		FireAllBangs();
+		Replace([&] {
+			mpTempProgram->Load(path);
+			ActiveProgram()->CopyFrom(*mpTempProgram);
+		});
 	});
 }
 
@@ -90,11 +114,7 @@ void TVortelDocument::SaveBankChunk(TStream& stream) {
 }
 
 void TVortelDocument::LoadBankChunk(const TStream& stream) {
-	TryChunk("Failed to load a bank chunk: %s", [&] {
-		const TLoadGuard guard(*this);
-		LoadFromStream(stream);
-		FireAllBangs();
-	});
+	TryChunk("Failed to load a bank chunk: %s", [&] { Replace([&] { LoadFromStream(stream); }); });
 }
 
 void TVortelDocument::SaveProgramChunk(TStream& stream) {
@@ -103,9 +123,9 @@ void TVortelDocument::SaveProgramChunk(TStream& stream) {
 
 void TVortelDocument::LoadProgramChunk(const TStream& stream) {
 	TryChunk("Failed to load a program chunk: %s", [&] {
-		const TLoadGuard guard(*this);
-		mpTempProgram->LoadFromStream(stream);
-		ActiveProgram()->CopyFrom(*mpTempProgram);
-		FireAllBangs();
+		Replace([&] {
+			mpTempProgram->LoadFromStream(stream);
+			ActiveProgram()->CopyFrom(*mpTempProgram);
+		});
 	});
 }

@@ -72,6 +72,7 @@ TEST_F(TVortelDeviceTest, ChangesAreBracketed) {
 	parameter.SetValueFromText("50");
 	EXPECT_EQ(journal.Told(), "2:0.25 3:0.50 ");
 	parameter.SetValueFromText("half");
+	parameter.SetValue(0.5f);
 	EXPECT_EQ(journal.Told(), "");
 }
 

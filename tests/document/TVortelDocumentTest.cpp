@@ -3,9 +3,12 @@
 
 #include "document/TVortelEffectDevices.h"
 #include "framework/foundation/commands/TThreadCommunicator.h"
+#include "framework/foundation/files/TStream.h"
+#include "framework/foundation/values/TRandom.h"
 #include "tests/support/TDocumentFixture.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <future>
 #include <limits>
 #include <string>
@@ -135,6 +138,33 @@ TEST_F(TVortelDocumentTest, ProgramNamesChangeWithoutTheProgramBang) {
 	EXPECT_EQ(mpDocument->Program(4)->Name().Get(), TString("Lead"));
 	EXPECT_EQ(names->mCount, 1);
 	EXPECT_EQ(bangs->Take(), "");
+	TStream bank;
+	mpDocument->SaveBankChunk(bank);
+	mpDocument->LoadBankChunk(bank);
+	EXPECT_EQ(names->mCount, 1);
+	mpDocument->SetProgramName(4, "Bass");
+	mpDocument->SetProgramName(5, "Pad");
+	mpDocument->LoadBankChunk(bank);
+	EXPECT_EQ(names->mCount, 4);
+}
+
+TEST_F(TVortelDocumentTest, NewDocumentLeavesTheGeneratorsOfOthersAlone) {
+	std::srand(1);
+	const int next = std::rand();
+	std::srand(1);
+	TRandom::SetState(1);
+	const double nextOfOurs = TRandom::Next();
+	TRandom::SetState(1);
+	const int32_t other = TGlobalStorage::CreateStorage();
+	{
+		const TGlobalStorageScope scope(other);
+		InitializeFramework();
+		MakePtr<TVortelDocument>();
+		FinalizeFramework();
+	}
+	TGlobalStorage::DestroyStorage(other);
+	EXPECT_EQ(std::rand(), next);
+	EXPECT_EQ(TRandom::Next(), nextOfOurs);
 }
 
 TEST_F(TVortelDocumentTest, ParametersAsAHostSeesThem) {
