@@ -169,6 +169,14 @@ void TVortelAudioEngine::ScheduleCommand(TCommand* command, int32_t sampleOffset
 	mpScheduler->Schedule(command, sampleOffset);
 }
 
+void TVortelAudioEngine::ScheduleFirst(TCommand* command, int32_t sampleOffset) {
+	mpScheduler->ScheduleFirst(command, sampleOffset);
+}
+
+void TVortelAudioEngine::ScheduleAgain(TCommand* command, int32_t samples) {
+	mpScheduler->ScheduleAgain(command, samples);
+}
+
 void TVortelAudioEngine::ProcessMidiEvents(std::span<const TMidiEvent> events) {
 	const TCriticalSection::TGuard guard(mpVortelDocument->AudioLock());
 	if (mpVortelDocument->IsLoading())

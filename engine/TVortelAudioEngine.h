@@ -33,6 +33,8 @@ public:
 	    std::span<float* const> leftIn, std::span<float* const> rightIn, std::span<float* const> leftOut,
 	    std::span<float* const> rightOut, int32_t samples, const TTransportInfo* transport) override;
 	void ScheduleCommand(TCommand* command, int32_t sampleOffset) override;
+	void ScheduleFirst(TCommand* command, int32_t sampleOffset) override;
+	void ScheduleAgain(TCommand* command, int32_t samples) override;
 
 	bool WantsMidiInput() override { return true; }
 

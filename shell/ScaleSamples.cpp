@@ -1,11 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ScaleSamples.h"
 
+#include <bit>
+
 #if defined(__x86_64__)
 #	include <immintrin.h>
 #endif
 
 namespace {
+
+/// A whole number of vectors of any kind.
+constexpr int32_t kPortion = 64;
+
+template <int32_t kCount>
+bool IsSilentPortion(const float* samples) noexcept {
+	uint32_t bits = 0;
+	for (int32_t i = 0; i < kCount; ++i)
+		bits |= std::bit_cast<uint32_t>(samples[i]);
+	return bits == 0;
+}
 
 using TScale = void (*)(const float*, float*, int32_t, float) noexcept;
 
@@ -66,4 +79,15 @@ const TScale sScale = FastestScale();
 
 void ScaleSamples(const float* source, float* target, int32_t samples, float factor) noexcept {
 	sScale(source, target, samples, factor);
+}
+
+bool IsSilence(const float* samples, int32_t count) noexcept {
+	int32_t i = 0;
+	for (; i + kPortion <= count; i += kPortion)
+		if (!IsSilentPortion<kPortion>(samples + i))
+			return false;
+	for (; i < count; ++i)
+		if (!IsSilentPortion<1>(samples + i))
+			return false;
+	return true;
 }

@@ -10,3 +10,6 @@ inline constexpr float kHostScale = 1.0f / kEngineScale;
 
 /// Audio thread. target may be source; any other overlap is not allowed. No alignment is asked for.
 void ScaleSamples(const float* source, float* target, int32_t samples, float factor) noexcept;
+
+/// Whether every sample is 0 (and not -0). Audio thread; reads no further than the first that is not.
+bool IsSilence(const float* samples, int32_t count) noexcept;

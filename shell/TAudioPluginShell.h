@@ -136,6 +136,10 @@ public:
 	    std::span<float* const> rightOut, int32_t samples, const TTransportInfo* transport) = 0;
 	/// Runs the command at that sample of the block that is about to be processed; at once for offset 0.
 	virtual void ScheduleCommand(TCommand* command, int32_t sampleOffset) = 0;
+	/// For a command that comes again by ScheduleAgain, so many samples later, from inside its Execute: at each sample
+	/// it has the place among the commands that it would have, had it been scheduled there at first. Offsets above 0.
+	virtual void ScheduleFirst(TCommand* command, int32_t sampleOffset) = 0;
+	virtual void ScheduleAgain(TCommand* command, int32_t samples) = 0;
 
 	virtual int32_t MaxInputChannels();
 	virtual TString InputChannelName(int32_t index);

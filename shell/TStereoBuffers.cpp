@@ -58,7 +58,7 @@ bool TStereoBuffers::HasOutputsApart(int32_t samples) const {
 	       isApart(mLeftOutputs[0], mRightOutputs[0]);
 }
 
-/// Of a single pair. True: what comes in is in the output buffers, in the engine's scale.
+/// Of a single pair. True: what comes in is in the output buffers, in the engine's scale, or is silent.
 bool TStereoBuffers::ScaleIntoOutputs(int32_t samples) {
 	if (!IsInPlace()) {
 		const TSides inputs{mLeftInputs[0], mRightInputs[0]};
@@ -70,7 +70,7 @@ bool TStereoBuffers::ScaleIntoOutputs(int32_t samples) {
 			return false;
 	}
 	if (mInputStates[0] == EInput::kSilent)
-		return false;
+		return true;
 	ScaleSamples(mLeftInputs[0], mLeftOutputs[0], samples, kEngineScale);
 	ScaleSamples(mRightInputs[0], mRightOutputs[0], samples, kEngineScale);
 	mLeftInputs[0] = mLeftOutputs[0];
@@ -102,12 +102,20 @@ bool TStereoBuffers::IsRestored(const float* buffer) const {
 	return false;
 }
 
-// An input that was silent is not scaled back, but what the engine has made of it in the same buffer is.
-void TStereoBuffers::RestoreOutput(std::size_t index, int32_t samples) {
+/// Whether it is silent, which it is in either scale. An input that was silent is not scaled back, but what the engine
+/// has made of it in the same buffer is.
+bool TStereoBuffers::RestoreSide(float* buffer, int32_t samples) const {
+	if (IsSilence(buffer, samples))
+		return true;
+	if (!IsRestored(buffer))
+		ScaleSamples(buffer, buffer, samples, kHostScale);
+	return false;
+}
+
+uint32_t TStereoBuffers::RestoreOutput(std::size_t index, int32_t samples) {
 	float* left = mLeftOutputs[index];
 	float* right = mRightOutputs[index];
-	if (!IsRestored(left))
-		ScaleSamples(left, left, samples, kHostScale);
-	if (right != left && !IsRestored(right))
-		ScaleSamples(right, right, samples, kHostScale);
+	const uint32_t leftIsSilent = RestoreSide(left, samples) ? 1 : 0;
+	const uint32_t rightIsSilent = right == left ? leftIsSilent : RestoreSide(right, samples) ? 1 : 0;
+	return leftIsSilent | rightIsSilent << 1;
 }

@@ -38,7 +38,8 @@ public:
 
 	void ScaleInputs(int32_t samples);
 	void RestoreInputs(int32_t samples);
-	void RestoreOutput(std::size_t index, int32_t samples);
+	/// Which sides are silent: left 1, right 2.
+	uint32_t RestoreOutput(std::size_t index, int32_t samples);
 
 	std::size_t NumberOfInputs() const { return mLeftInputs.size(); }
 
@@ -63,6 +64,7 @@ private:
 	bool HasOutputsApart(int32_t samples) const;
 	bool ScaleIntoOutputs(int32_t samples);
 	bool IsRestored(const float* buffer) const;
+	bool RestoreSide(float* buffer, int32_t samples) const;
 
 	std::vector<float*> mLeftInputs; // one entry per pair
 	std::vector<float*> mRightInputs;

@@ -20,12 +20,14 @@ float* Channel(const AudioBusBuffers& bus, int32_t channel) {
 
 /// Left and right of a bus; a mono bus gives its one channel for both.
 TStereoBuffers::TSides SidesOf(const AudioBusBuffers& bus) {
+	if (bus.numChannels < 1)
+		return {};
 	return {Channel(bus, 0), Channel(bus, std::min(bus.numChannels, 2) - 1)};
 }
 
-bool HaveChannels(std::span<const AudioBusBuffers> busses, std::size_t used) {
-	return std::ranges::all_of(
-	    busses.first(std::min(busses.size(), used)), [](const AudioBusBuffers& bus) { return bus.numChannels >= 1; });
+/// One bit for each channel.
+uint64_t AllChannels(const AudioBusBuffers& bus) {
+	return bus.numChannels < 64 ? (uint64_t{1} << std::max(bus.numChannels, 0)) - 1 : ~uint64_t{0};
 }
 
 bool IsSilent(const AudioBusBuffers& bus, bool isOneBuffer) {
@@ -34,11 +36,10 @@ bool IsSilent(const AudioBusBuffers& bus, bool isOneBuffer) {
 }
 
 void ClearBus(AudioBusBuffers& bus, int32_t samples) {
-	for (int32_t channel = 0; channel < bus.numChannels; ++channel) {
+	for (int32_t channel = 0; channel < bus.numChannels; ++channel)
 		if (float* buffer = Channel(bus, channel))
 			std::fill_n(buffer, samples, 0.0f);
-		bus.silenceFlags |= uint64_t{1} << std::min(channel, 63);
-	}
+	bus.silenceFlags = AllChannels(bus);
 }
 
 void CopyChannel(const float* from, float* to, int32_t samples) {
@@ -60,14 +61,12 @@ void CopyBus(const AudioBusBuffers& input, AudioBusBuffers& output, int32_t samp
 
 } // namespace
 
-bool TVst3Buffers::Collect(ProcessData& data) {
+void TVst3Buffers::Collect(ProcessData& data) {
 	mpData = &data;
 	const auto inputs = BussesOf(data.inputs, data.numInputs);
 	const auto outputs = BussesOf(data.outputs, data.numOutputs);
-	if (!HaveChannels(inputs, mPairs.NumberOfInputs()) || !HaveChannels(outputs, mPairs.NumberOfOutputs()))
-		return false;
 	for (std::size_t i = 0; i < mPairs.NumberOfInputs(); ++i) {
-		const bool isThere = i < inputs.size();
+		const bool isThere = i < inputs.size() && inputs[i].numChannels > 0;
 		const auto [left, right] = isThere ? SidesOf(inputs[i]) : TStereoBuffers::TSides{};
 		mPairs.SetInput(i, left, right, !isThere || IsSilent(inputs[i], left == right));
 	}
@@ -75,31 +74,28 @@ bool TVst3Buffers::Collect(ProcessData& data) {
 		const auto [left, right] = i < outputs.size() ? SidesOf(outputs[i]) : TStereoBuffers::TSides{};
 		mPairs.SetOutput(i, left, right);
 	}
-	return true;
 }
 
 void TVst3Buffers::RestoreOutputs(TAudioPluginShell::TEngine& engine) {
 	const auto busses = BussesOf(mpData->outputs, mpData->numOutputs);
 	for (std::size_t i = 0; i < mPairs.NumberOfOutputs() && i < busses.size(); ++i) {
-		busses[i].silenceFlags = 0;
-		if (engine.IsOutputActive(static_cast<int32_t>(i))) {
-			mPairs.RestoreOutput(i, mpData->numSamples);
-			continue;
-		}
-		ClearBus(busses[i], mpData->numSamples);
-		busses[i].silenceFlags = 3;
+		if (engine.IsOutputActive(static_cast<int32_t>(i)))
+			busses[i].silenceFlags = mPairs.RestoreOutput(i, mpData->numSamples) & AllChannels(busses[i]);
+		else
+			ClearBus(busses[i], mpData->numSamples);
 	}
 }
 
 void TVst3Buffers::CopyInputs(ProcessData& data) {
 	const auto inputs = BussesOf(data.inputs, data.numInputs);
 	const auto outputs = BussesOf(data.outputs, data.numOutputs);
-	for (std::size_t i = 0; i < std::min(inputs.size(), outputs.size()); ++i) {
-		outputs[i].silenceFlags = 0;
-		if (inputs[i].numChannels >= outputs[i].numChannels)
-			CopyBus(inputs[i], outputs[i], data.numSamples);
-		else
+	for (std::size_t i = 0; i < outputs.size(); ++i) {
+		if (i >= inputs.size() || inputs[i].numChannels < outputs[i].numChannels) {
 			ClearBus(outputs[i], data.numSamples);
+			continue;
+		}
+		CopyBus(inputs[i], outputs[i], data.numSamples);
+		outputs[i].silenceFlags = inputs[i].silenceFlags & AllChannels(outputs[i]);
 	}
 }
 

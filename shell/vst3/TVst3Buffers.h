@@ -11,7 +11,7 @@
 #include <cstdint>
 
 /// Between the busses of a host's block and the engine's stereo pairs. Audio thread, but for the two setters, which
-/// allocate. Hosts leave buffers out for busses that are off.
+/// allocate. Hosts leave buffers and channels out for busses that are off.
 class TVst3Buffers {
 public:
 	void SetBusCounts(std::size_t inputs, std::size_t outputs) { mPairs.SetCounts(inputs, outputs); }
@@ -19,15 +19,15 @@ public:
 	/// The longest block that will come.
 	void SetBlockSize(int32_t samples) { mPairs.SetBlockSize(samples); }
 
-	/// False: a bus has no channel. data must stay as it is until RestoreOutputs.
-	bool Collect(Steinberg::Vst::ProcessData& data);
+	/// data must stay as it is until RestoreOutputs.
+	void Collect(Steinberg::Vst::ProcessData& data);
 
 	TStereoBuffers& Pairs() { return mPairs; }
 
 	/// Also says which outputs are silent.
 	void RestoreOutputs(TAudioPluginShell::TEngine& engine);
 
-	/// Input to output, where both sides have the bus; an output with more channels than the input becomes silent.
+	/// Input to output, with its silence; an output with more channels than the input becomes silent.
 	static void CopyInputs(Steinberg::Vst::ProcessData& data);
 	static void ClearOutputs(Steinberg::Vst::ProcessData& data);
 

@@ -2,7 +2,6 @@
 // The controller's side of TVst3PluginShell: parameters, programs, and what the host is told.
 #include "shell/vst3/TVst3PluginShell.h"
 
-#include "framework/foundation/commands/TThreadCommunicator.h"
 #include "shell/vst3/TVst3PluginEditor.h"
 #include "shell/vst3/TVst3PluginParameter.h"
 #include "shell/vst3/Vst3HostCall.h"
@@ -119,8 +118,10 @@ tresult PLUGIN_API TVst3PluginShell::getParamValueByString(ParamID id, TChar* te
 	return HostCall(StorageId(), [this, id, text, &value]() -> tresult {
 		if (!text)
 			return kInvalidArgument;
-		if (id == kVst3Preset || id == kVst3GuiIdle)
+		if (id == kVst3GuiIdle)
 			return kResultFalse;
+		if (id == kVst3Preset)
+			return ProgramFromText(text, value) ? kResultOk : kResultFalse;
 		if (id != kVst3Bypass)
 			return SingleComponentEffect::getParamValueByString(id, text, value);
 		const TString word{std::u16string_view(text)};
@@ -130,6 +131,19 @@ tresult PLUGIN_API TVst3PluginShell::getParamValueByString(ParamID id, TChar* te
 		value = isOn ? 1.0 : 0.0;
 		return kResultOk;
 	});
+}
+
+/// Of programs with the same name, the first.
+bool TVst3PluginShell::ProgramFromText(const TChar* text, ParamValue& value) const {
+	for (int32_t program = 0; program < mpDocument->NumberOfPrograms(); ++program) {
+		String128 name;
+		CopyText(mpDocument->ProgramName(program).View(), name);
+		if (std::u16string_view(name) != std::u16string_view(text))
+			continue;
+		value = static_cast<double>(program) / mpDocument->NumberOfPrograms();
+		return true;
+	}
+	return false;
 }
 
 tresult PLUGIN_API TVst3PluginShell::setComponentHandler(IComponentHandler* handler) {
@@ -231,50 +245,65 @@ void TVst3PluginShell::EndEdit(int32_t parameter) {
 void TVst3PluginShell::OnProgramIndex(TObservable* /*observable*/, int32_t reason) {
 	if (reason == kWillChange)
 		mpParameterMap->CancelHostEdits();
-	if (reason == kDidChange)
-		ReportOnMainThread(mInHostProgramChange ? TNews::kProgramChangedByHost : TNews::kProgramChanged);
+	if (reason == kDidChange && !IsMainThreadInStateChange())
+		ReportOnMainThread(mInHostProgramChange ? kProgramChangedByHost : kProgramChanged);
 }
 
 void TVst3PluginShell::OnProgramNames(TObservable* /*observable*/, int32_t reason) {
-	if (reason == kDidChange && !mInHostProgramChange)
-		ReportOnMainThread(TNews::kProgramNamesChanged);
+	if (reason != kDidChange)
+		return;
+	if (IsMainThreadInStateChange())
+		mRenamedByState = true;
+	else if (!mInHostProgramChange)
+		ReportOnMainThread(kProgramNamesChanged);
 }
 
 void TVst3PluginShell::OnParameterListAboutToChange(TObservable* /*observable*/, int32_t reason) {
 	if (reason != kDidChange)
 		return;
 	mpParameterMap->Rebuild();
-	ReportOnMainThread(TNews::kProgramChanged);
+	ReportOnMainThread(kProgramChanged);
 }
 
 void TVst3PluginShell::OnParameterListChanged(TObservable* /*observable*/, int32_t reason) {
 	if (reason == kDidChange)
-		ReportOnMainThread(TNews::kProgramChanged);
+		ReportOnMainThread(kProgramChanged);
 }
 
-// A state change is reported when it is over: hosts hold a lock around it that their answer to a restart takes, too.
-// What travels keeps the shell until the host has been told.
+bool TVst3PluginShell::IsMainThreadInStateChange() const {
+	return mpParameterMap->IsInStateChange() && TThreadManager::Instance()->IsCurrentThread(kMainThread);
+}
+
 void TVst3PluginShell::ReportOnMainThread(TNews news) {
 	if (TThreadManager::Instance()->IsCurrentThread(kMainThread) && !mpParameterMap->IsInStateChange())
 		Report(news);
 	else
-		TThreadCommunicator::Instance()->Post(
-		    kMainThread, [shell = TPtr<TVst3PluginShell>(this), news] { shell->Report(news); });
+		ReportLater(news);
 }
 
-void TVst3PluginShell::Report(TNews news) {
+// The news of any number of changes travels once and needs no memory, however long the main thread sleeps.
+void TVst3PluginShell::ReportLater(TNews news) {
+	mNews.fetch_or(news);
+	mNewsBang.Bang();
+}
+
+void TVst3PluginShell::OnNews(TObservable* /*observable*/, int32_t reason) {
+	if (reason == kDidChange)
+		Report(mNews.exchange(0));
+}
+
+void TVst3PluginShell::Report(uint32_t news) {
 	IComponentHandler* handler = ComponentHandler();
 	if (!handler)
 		return;
-	if (news == TNews::kLatencyChanged) {
+	if (news & kLatencyIsAnother)
 		handler->restartComponent(kLatencyChanged);
-		return;
-	}
-	if (news == TNews::kProgramChanged)
+	if (news & kProgramChanged)
 		RefreshTitles();
-	if (const auto units = AskFor<IUnitHandler>(handler, IUnitHandler_iid))
+	const auto units = AskFor<IUnitHandler>(handler, IUnitHandler_iid);
+	if (units && (news & (kProgramChangedByHost | kProgramChanged | kProgramNamesChanged)))
 		units->notifyProgramListChange(kVst3Preset, mpDocument->CurrentProgramIndex());
-	if (news != TNews::kProgramChangedByHost)
+	if (news & (kProgramChanged | kProgramNamesChanged))
 		handler->restartComponent(kParamValuesChanged);
 }
 

@@ -50,7 +50,8 @@ uint32 PLUGIN_API TVst3PluginShell::getTailSamples() {
 
 tresult PLUGIN_API TVst3PluginShell::process(ProcessData& data) {
 	return HostCall(StorageId(), [this, &data]() -> tresult {
-		const TThreadManager::THostScope role(kAudioThread);
+		// The one scope: whatever role the thread had, comes back behind it.
+		const TThreadManager::TScope role(kAudioThread);
 		if (!IsInitialized())
 			return kNotInitialized;
 		TThreadCommunicator::Instance()->ProcessCommands();
@@ -60,6 +61,17 @@ tresult PLUGIN_API TVst3PluginShell::process(ProcessData& data) {
 	});
 }
 
+/// The queue pointers of a block are good for its process call only.
+struct TVst3PluginShell::TWalksEndWithBlock {
+	~TWalksEndWithBlock() {
+		for (TVst3PointWalk* walk : mShell.mWalksOfBlock)
+			walk->Finish();
+		mShell.mWalksOfBlock.clear();
+	}
+
+	TVst3PluginShell& mShell;
+};
+
 tresult TVst3PluginShell::ProcessBlock(ProcessData& data) {
 	if (!mActive)
 		SetActive(true);
@@ -67,7 +79,9 @@ tresult TVst3PluginShell::ProcessBlock(ProcessData& data) {
 	data.numSamples = std::min(data.numSamples, mpEngine->BlockSize());
 	mBlockSamples = data.numSamples;
 	ReadTransport(data.processContext);
-	ApplyParameterChanges(data.inputParameterChanges);
+	const TWalksEndWithBlock walksEndWithBlock{*this};
+	if (data.inputParameterChanges)
+		ApplyParameterChanges(*data.inputParameterChanges);
 	if (mUsesGuiIdleParameter)
 		AdvanceGuiIdle(data.outputParameterChanges);
 	if (mpEngine->WantsSilentOutput()) {
@@ -77,8 +91,8 @@ tresult TVst3PluginShell::ProcessBlock(ProcessData& data) {
 	ReceiveEvents(data.inputEvents);
 	if (mBypass)
 		Bypass(data);
-	else if (data.numSamples > 0 && !RunEngine(data))
-		return kInvalidArgument;
+	else if (data.numSamples > 0)
+		RunEngine(data);
 	SendEvents(data.outputEvents);
 	return kResultOk;
 }
@@ -88,7 +102,7 @@ void TVst3PluginShell::FollowLatency() {
 	if (latency == mLatency.load(std::memory_order_relaxed))
 		return;
 	mLatency.store(latency, std::memory_order_relaxed);
-	ReportOnMainThread(TNews::kLatencyChanged);
+	ReportOnMainThread(kLatencyIsAnother);
 }
 
 void TVst3PluginShell::ReadTransport(const ProcessContext* context) {
@@ -128,30 +142,54 @@ void TVst3PluginShell::ReadTransport(const ProcessContext* context) {
 	}
 }
 
-void TVst3PluginShell::ApplyParameterChanges(IParameterChanges* changes) {
+void TVst3PluginShell::ApplyParameterChanges(IParameterChanges& changes) {
 	mMidiInputEvents.clear();
-	const int32 queues = changes ? changes->getParameterCount() : 0;
-	for (int32 i = 0; i < queues; ++i) {
-		IParamValueQueue* queue = changes->getParameterData(i);
-		const int32 points = queue ? queue->getPointCount() : 0;
-		for (int32 point = 0; point < points; ++point) {
-			int32 offset = 0;
-			ParamValue value = 0.0;
-			if (queue->getPoint(point, offset, value) == kResultTrue && !std::isnan(value))
-				ApplyPoint(queue->getParameterId(), offset, value);
-		}
-	}
+	const int32 queues = changes.getParameterCount();
+	for (int32 i = 0; i < queues; ++i)
+		if (IParamValueQueue* queue = changes.getParameterData(i))
+			ApplyQueue(*queue);
 	HandOverMidiInput();
 }
 
-void TVst3PluginShell::ApplyPoint(ParamID id, int32_t offset, double value) {
-	if (IsDocumentParameter(id)) {
-		// The document outlives the engine's schedule.
-		ApplyAt(
-		    offset, [document = mpDocument.Get(), parameter = static_cast<int32_t>(id),
-		             plain = static_cast<float>(value)] { document->SetParameterValue(parameter, plain); });
+void TVst3PluginShell::ApplyQueue(IParamValueQueue& queue) {
+	const ParamID id = queue.getParameterId();
+	TVst3PointWalk* walk = WalkOf(id);
+	if (walk && !walk->IsScheduled() && TVst3PointWalk::IsInOrder(queue)) {
+		walk->Start(queue);
+		if (walk->IsUnderWay())
+			mWalksOfBlock.push_back(walk);
 		return;
 	}
+	// A walk that is left from a block that the engine has not run says that the engine stands still.
+	const bool isLeft = walk && walk->IsScheduled() && !walk->IsUnderWay();
+	int32 index = 0;
+	int32 offset = 0;
+	double value = 0.0;
+	while (TVst3PointWalk::Read(queue, index, offset, value)) {
+		if (!walk)
+			ReceivePoint(id, offset, value);
+		else if (const int32_t inBlock = OffsetInBlock(offset); inBlock < 1 || isLeft)
+			ApplyPoint(id, value);
+		else
+			mpEngine->ScheduleCommand(
+			    new TInvokeFunctionCommand([this, id, value] { ApplyPoint(id, value); }), inBlock);
+	}
+}
+
+TVst3PointWalk* TVst3PluginShell::WalkOf(ParamID id) {
+	if (id < mWalks.size())
+		return mWalks[id].Get();
+	return id == kVst3Preset ? mpPresetWalk.Get() : nullptr;
+}
+
+void TVst3PluginShell::ApplyPoint(ParamID id, double value) {
+	if (id == kVst3Preset)
+		SetProgramFromHost(ProgramOf(value));
+	else
+		mpDocument->SetParameterValue(static_cast<int32_t>(id), static_cast<float>(value));
+}
+
+void TVst3PluginShell::ReceivePoint(ParamID id, int32_t offset, double value) {
 	switch (id) {
 	case kVst3Sustain:
 		return ReceiveEvent(Vst3MidiEvents::MakeController(kCtrlSustainOnOff, value, offset));
@@ -163,8 +201,6 @@ void TVst3PluginShell::ApplyPoint(ParamID id, int32_t offset, double value) {
 		return ReceiveEvent(Vst3MidiEvents::MakeController(kAfterTouch, value, offset));
 	case kVst3Pitchbend:
 		return ReceiveEvent(Vst3MidiEvents::MakeController(kPitchBend, value, offset));
-	case kVst3Preset:
-		return ApplyAt(offset, [this, program = ProgramOf(value)] { SetProgramFromHost(program); });
 	case kVst3Bypass:
 		mBypass = value > 0.5;
 		return;
@@ -179,21 +215,14 @@ int32_t TVst3PluginShell::OffsetInBlock(int32_t offset) const {
 	return mBypass ? 0 : std::min(offset, mBlockSamples - 1);
 }
 
-template <class TChange>
-void TVst3PluginShell::ApplyAt(int32_t offset, TChange change) {
-	const int32_t inBlock = OffsetInBlock(offset);
-	if (inBlock < 1)
-		change();
-	else
-		mpEngine->ScheduleCommand(new TInvokeFunctionCommand<TChange>(change), inBlock);
-}
-
 // A host that runs no timer still processes: it hands the value of this parameter to its main thread, and that call
 // stands in for the timer's.
 void TVst3PluginShell::AdvanceGuiIdle(IParameterChanges* changes) {
 	const int32_t period = std::max(mpEngine->SampleRate() / 10, 1);
 	static_assert(kGuiIdleMilliseconds * 10 == 1000);
 	mGuiIdleSampleCounter += mBlockSamples;
+	if (mGuiIdleSampleCounter < period) [[likely]]
+		return;
 	while (mGuiIdleSampleCounter >= period) {
 		mGuiIdleSampleCounter -= period;
 		const double value = mGuiIdleValue.load(std::memory_order_relaxed);
@@ -238,9 +267,8 @@ void TVst3PluginShell::Bypass(ProcessData& data) {
 		TVst3Buffers::CopyInputs(data);
 }
 
-bool TVst3PluginShell::RunEngine(ProcessData& data) {
-	if (!mBuffers.Collect(data))
-		return false;
+void TVst3PluginShell::RunEngine(ProcessData& data) {
+	mBuffers.Collect(data);
 	TStereoBuffers& pairs = mBuffers.Pairs();
 	pairs.ScaleInputs(data.numSamples);
 	mpEngine->Process(
@@ -248,7 +276,6 @@ bool TVst3PluginShell::RunEngine(ProcessData& data) {
 	    &mTransport);
 	pairs.RestoreInputs(data.numSamples);
 	mBuffers.RestoreOutputs(*mpEngine);
-	return true;
 }
 
 void TVst3PluginShell::SendMidiEvents(std::span<const TMidiEvent> events) {

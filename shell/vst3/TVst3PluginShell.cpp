@@ -191,12 +191,21 @@ void TVst3PluginShell::SetBusCounts(std::size_t inputs, std::size_t outputs) {
 void TVst3PluginShell::AddParameters() {
 	if (mpDocument->NumberOfPrograms() >= 1)
 		AddParameter(new TPresetParameter(mpDocument->NumberOfPrograms()));
-	for (int32_t i = 0; i < mpDocument->NumberOfParameters(); ++i)
+	mWalks.clear();
+	for (int32_t i = 0; i < mpDocument->NumberOfParameters(); ++i) {
 		AddParameter(new TPluginParameter(mpDocument.Get(), i));
+		mWalks.push_back(MakeWalk(static_cast<ParamID>(i)));
+	}
+	mpPresetWalk = MakeWalk(kVst3Preset);
+	mWalksOfBlock.reserve(mWalks.size() + 1);
 	if (!mpDocument->IsInstrument())
 		return;
 	for (const TRange& range : kMidiParameters)
 		AddParameter(MakeRangeParameter(range));
+}
+
+TPtr<TVst3PointWalk> TVst3PluginShell::MakeWalk(ParamID id) {
+	return MakePtr<TVst3PointWalk>(static_cast<TVst3PointWalk::TTarget&>(*this), *mpEngine, id);
 }
 
 void TVst3PluginShell::StartTimer() {
@@ -211,6 +220,7 @@ void TVst3PluginShell::ObserveDocument() {
 		program->AddObserver({this, &TVst3PluginShell::OnProgramIndex}, kDeliverDirectly);
 	if (TObservable* names = mpDocument->ProgramNameChangedBang())
 		names->AddObserver({this, &TVst3PluginShell::OnProgramNames});
+	mNewsBang.AddObserver({this, &TVst3PluginShell::OnNews}, kDeliverAlwaysPosted);
 	if (TObservable* list = mpDocument->ParameterListAboutToChangeValue())
 		list->AddObserver({this, &TVst3PluginShell::OnParameterListAboutToChange}, kDeliverDirectly);
 	if (TObservable* list = mpDocument->ParameterListChangedValue())
@@ -224,6 +234,8 @@ void TVst3PluginShell::StopObserving() {
 		program->RemoveObserver({this, &TVst3PluginShell::OnProgramIndex});
 	if (TObservable* names = mpDocument->ProgramNameChangedBang())
 		names->RemoveObserver({this, &TVst3PluginShell::OnProgramNames});
+	mNewsBang.RemoveObserver({this, &TVst3PluginShell::OnNews});
+	mNews = 0;
 	if (TObservable* list = mpDocument->ParameterListAboutToChangeValue())
 		list->RemoveObserver({this, &TVst3PluginShell::OnParameterListAboutToChange});
 	if (TObservable* list = mpDocument->ParameterListChangedValue())
@@ -349,13 +361,32 @@ tresult TVst3PluginShell::LoadComponent(IBStream* stream) {
 			return kNotInitialized;
 		if (!stream)
 			return kInvalidArgument;
-		const TPublishedParameters::TStateChange change(*mpParameterMap);
 		TStream chunk;
 		if (!Vst3State::Read(*stream, chunk))
 			return kResultFalse;
-		mpDocument->LoadBankChunk(chunk);
+		ReplaceState(chunk);
 		return kResultOk;
 	});
+}
+
+/// Told once, with the next tick, and only if the host finds anything else than before.
+void TVst3PluginShell::ReplaceState(const TStream& chunk) {
+	const int32_t program = mpDocument->CurrentProgramIndex();
+	const std::vector<float> values = ParameterValues();
+	mRenamedByState = false;
+	{
+		const TPublishedParameters::TStateChange change(*mpParameterMap);
+		mpDocument->LoadBankChunk(chunk);
+	}
+	if (mRenamedByState || program != mpDocument->CurrentProgramIndex() || values != ParameterValues())
+		ReportLater(kProgramChanged);
+}
+
+std::vector<float> TVst3PluginShell::ParameterValues() const {
+	std::vector<float> values(static_cast<std::size_t>(mpDocument->NumberOfParameters()));
+	for (std::size_t i = 0; i < values.size(); ++i)
+		values[i] = mpDocument->ParameterValue(static_cast<int32_t>(i));
+	return values;
 }
 
 tresult TVst3PluginShell::SaveComponent(IBStream* stream) {

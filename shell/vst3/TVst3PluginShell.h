@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "framework/document/observables/TObservableBang.h"
 #include "framework/foundation/threads/TThreadManager.h"
 #include "shell/TAudioPluginShell.h"
 #include "shell/TPublishedParameters.h"
 #include "shell/vst3/SingleComponentEffect.h"
 #include "shell/vst3/TVst3Buffers.h"
+#include "shell/vst3/TVst3PointWalk.h"
 #include "shell/vst3/TVst3Timer.h"
 #include "shell/vst3/Vst3Ids.h"
 
@@ -32,7 +34,8 @@ class TVst3PluginShell final : public TAudioPluginShell,
                                public Steinberg::Vst::SingleComponentEffect,
                                public Steinberg::Vst::IMidiMapping,
                                private TPublishedParameters::THost,
-                               private TVst3Timer::TTarget {
+                               private TVst3Timer::TTarget,
+                               private TVst3PointWalk::TTarget {
 public:
 	/// Ends an instance: called when the host has given its last reference back; destroys the shell.
 	using TReleaser = void (*)(TVst3PluginShell* shell);
@@ -110,7 +113,15 @@ public:
 private:
 	using TArrangements = std::span<const Steinberg::Vst::SpeakerArrangement>;
 
-	enum class TNews : int32_t { kProgramChangedByHost, kProgramChanged, kProgramNamesChanged, kLatencyChanged };
+	/// Bits: what the host has not been told yet.
+	enum TNews : uint32_t {
+		kProgramChangedByHost = 1,
+		kProgramChanged = 2,
+		kProgramNamesChanged = 4,
+		kLatencyIsAnother = 8
+	};
+
+	struct TWalksEndWithBlock;
 
 	~TVst3PluginShell() override = default;
 
@@ -125,6 +136,7 @@ private:
 	void AddBusses();
 	void SetBusCounts(std::size_t inputs, std::size_t outputs);
 	void AddParameters();
+	TPtr<TVst3PointWalk> MakeWalk(Steinberg::Vst::ParamID id);
 	void StartTimer();
 	void ObserveDocument();
 	void StopObserving();
@@ -133,24 +145,28 @@ private:
 	bool AcceptEffect(TArrangements inputs, TArrangements outputs) const;
 	bool AcceptInstrument(TArrangements inputs, TArrangements outputs) const;
 	void SetActive(bool active);
+	void ReplaceState(const TStream& chunk);
+	std::vector<float> ParameterValues() const;
 
 	Steinberg::tresult ProcessBlock(Steinberg::Vst::ProcessData& data);
 	void FollowLatency();
 	void ReadTransport(const Steinberg::Vst::ProcessContext* context);
-	void ApplyParameterChanges(Steinberg::Vst::IParameterChanges* changes);
-	void ApplyPoint(Steinberg::Vst::ParamID id, int32_t offset, double value);
-	int32_t OffsetInBlock(int32_t offset) const;
-	template <class TChange>
-	void ApplyAt(int32_t offset, TChange change);
+	void ApplyParameterChanges(Steinberg::Vst::IParameterChanges& changes);
+	void ApplyQueue(Steinberg::Vst::IParamValueQueue& queue);
+	TVst3PointWalk* WalkOf(Steinberg::Vst::ParamID id);
+	void ApplyPoint(Steinberg::Vst::ParamID id, double value) override;
+	void ReceivePoint(Steinberg::Vst::ParamID id, int32_t offset, double value);
+	int32_t OffsetInBlock(int32_t offset) const override;
 	void AdvanceGuiIdle(Steinberg::Vst::IParameterChanges* changes);
 	void ReceiveEvents(Steinberg::Vst::IEventList* list);
 	void ReceiveEvent(const Steinberg::Vst::Event& event);
 	void HandOverMidiInput();
 	void Bypass(Steinberg::Vst::ProcessData& data);
-	bool RunEngine(Steinberg::Vst::ProcessData& data);
+	void RunEngine(Steinberg::Vst::ProcessData& data);
 	void SendEvents(Steinberg::Vst::IEventList* list);
 
 	int32_t ProgramOf(double value) const;
+	bool ProgramFromText(const Steinberg::Vst::TChar* text, Steinberg::Vst::ParamValue& value) const;
 	bool IsDocumentParameter(Steinberg::Vst::ParamID id) const;
 	void SetProgramFromHost(int32_t program);
 
@@ -166,8 +182,11 @@ private:
 	void OnParameterListAboutToChange(TObservable* observable, int32_t reason);
 	void OnParameterListChanged(TObservable* observable, int32_t reason);
 	void RefreshTitles();
+	bool IsMainThreadInStateChange() const;
 	void ReportOnMainThread(TNews news);
-	void Report(TNews news);
+	void ReportLater(TNews news);
+	void OnNews(TObservable* observable, int32_t reason);
+	void Report(uint32_t news);
 
 	const TReleaser mReleaser;
 	std::atomic<int32_t> mReferenceCount{1};
@@ -181,6 +200,9 @@ private:
 	// Audio thread
 	std::vector<TMidiEvent> mMidiInputEvents;
 	std::vector<Steinberg::Vst::Event> mMidiOutputEvents;
+	std::vector<TPtr<TVst3PointWalk>> mWalks; // by parameter
+	TPtr<TVst3PointWalk> mpPresetWalk;
+	std::vector<TVst3PointWalk*> mWalksOfBlock;
 	TVst3Buffers mBuffers;
 	TTransportInfo mTransport;
 	int32_t mBlockSamples = 0; // of the block that is being processed
@@ -192,6 +214,11 @@ private:
 	// The host is changing the program. A change that another thread makes in the same instant may be taken for the
 	// host's; all that costs is the request to read the values again.
 	std::atomic<bool> mInHostProgramChange{false};
+
+	std::atomic<uint32_t> mNews{0}; // that the bang brings to the main thread
+	TObservableBang mNewsBang;
+
+	bool mRenamedByState = false; // main thread
 
 	TPtr<TPublishedParameters> mpParameterMap;
 	Steinberg::IPtr<TVst3Timer> mpTimer;

@@ -112,6 +112,10 @@ public:
 
 	void ScheduleCommand(TCommand* command, int32_t offset) override { mpScheduler->Schedule(command, offset); }
 
+	void ScheduleFirst(TCommand* command, int32_t offset) override { mpScheduler->ScheduleFirst(command, offset); }
+
+	void ScheduleAgain(TCommand* command, int32_t samples) override { mpScheduler->ScheduleAgain(command, samples); }
+
 	int32_t LatencyInSamples() override { return mLatency; }
 
 	int32_t MaxOutputChannels() override { return mOutputs; }

@@ -23,3 +23,16 @@ TEST(ScaleSamplesTest, ThereAndBackLosesNothingAtAnyLengthAndPlace) {
 		}
 	}
 }
+
+TEST(ScaleSamplesTest, SilenceIsZeroInEverySample) {
+	for (int32_t length = 0; length < 140; ++length) {
+		std::vector<float> samples(static_cast<std::size_t>(length) + 1, 0.0f);
+		samples.back() = 1.0f;
+		EXPECT_TRUE(IsSilence(samples.data(), length));
+		for (std::size_t i = 0; i + 1 < samples.size(); ++i) {
+			samples[i] = i % 2 == 0 ? -0.0f : 1e-40f;
+			ASSERT_FALSE(IsSilence(samples.data(), length));
+			samples[i] = 0.0f;
+		}
+	}
+}

@@ -58,10 +58,10 @@ void TThreadCommunicator::Post(int32_t receiver, TCommand* command) noexcept {
 }
 
 bool TThreadCommunicator::HasCommandsFor(int32_t receiver) const noexcept {
+	bool hasCommands = false; // without a branch: mostly all are empty
 	for (const TOwnerPtr<TCommandQueue>& queue : QueuesTo(receiver))
-		if (!queue->IsEmpty())
-			return true;
-	return false;
+		hasCommands |= !queue->IsEmpty();
+	return hasCommands;
 }
 
 void TThreadCommunicator::ProcessCommands() {

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <mutex>
-#include <optional>
 #include <stdexcept>
 
 namespace {
@@ -80,7 +79,8 @@ TThreadManager::TNode& TThreadManager::MakeNode() {
 	return *node;
 }
 
-void TThreadManager::SetLocalInfo(TLocalThreadInfo info) {
+// Of every call from a host: inline, so that what is known of the thread is looked up once for all.
+inline void TThreadManager::SetLocalInfo(TLocalThreadInfo info) {
 	TThreadState::OfThisThread().LeaveCommandPool();
 	const TNode& known = LocalNode();
 	TNode& node = &known == &sNobody ? MakeNode() : const_cast<TNode&>(known); // only sNobody is really constant
@@ -92,10 +92,10 @@ void TThreadManager::SetLocalInfo(TLocalThreadInfo info) {
 	node.mRole = info.mWorkerIndex == -1 ? info.mThreadIndex : kNoThread;
 }
 
-void TThreadManager::ChangeRole(TLocalThreadInfo to) {
-	std::optional<TCriticalSection::TGuard> guard;
-	if (to.mThreadIndex != kNoThread)
-		guard.emplace(Lock(to.mThreadIndex));
+inline void TThreadManager::ChangeRole(TLocalThreadInfo to) {
+	if (to.mThreadIndex == kNoThread)
+		return SetLocalInfo(to);
+	const TCriticalSection::TGuard guard(Lock(to.mThreadIndex));
 	SetLocalInfo(to);
 }
 
@@ -117,7 +117,8 @@ void TThreadManager::TScope::Release() {
 	if (mReleased)
 		return;
 	mReleased = true;
-	if (TThreadManager::Instance() != &mManager) // the instance has ended inside
+	// The instance may have ended inside, which is main threads' work.
+	if (mNew.mThreadIndex != kAudioThread && TThreadManager::Instance() != &mManager)
 		return;
 	if (!AreEqual(mNew, mOld))
 		mManager.ChangeRole(mOld);

@@ -165,6 +165,26 @@ TEST_F(TVst3PluginShellHostTest, HostHearsOfAStateOnlyWhenTheCallIsOver) {
 	EXPECT_EQ(mHost.Take(), "");
 	mHost.mpTimer->onTimer();
 	EXPECT_EQ(mHost.Take(), "program2 restart4 ");
+	EXPECT_EQ(Load({1, 0, 0, 0, 66}), kResultOk);
+	mHost.mpTimer->onTimer();
+	EXPECT_EQ(mHost.Take(), "");
+	// The parameters alone
+	mpDocument->SetParameterValue(0, 0.9f);
+	EXPECT_EQ(Load({1, 0, 0, 0, 66}), kResultOk);
+	mHost.mpTimer->onTimer();
+	EXPECT_EQ(mHost.Take(), "program2 restart4 ");
+}
+
+TEST_F(TVst3PluginShellHostTest, ChangesThatTheMainThreadHasSleptThroughAreToldOnce) {
+	Initialize();
+	mpEngine->mLatency = 64;
+	for (int i = 0; i < 100; ++i)
+		ProcessChanges({{kVst3Preset, {{0, 0.25 * (i % 4)}}}});
+	EXPECT_EQ(mHost.Take(), "");
+	mHost.mpTimer->onTimer();
+	EXPECT_EQ(mHost.Take(), "restart8 program3 ");
+	mHost.mpTimer->onTimer();
+	EXPECT_EQ(mHost.Take(), "");
 }
 
 TEST_F(TVst3PluginShellHostTest, WithoutARunLoopTheIdleParameterBringsTheTick) {
@@ -215,6 +235,11 @@ TEST_F(TVst3PluginShellHostTest, ParametersAnswerInTextAndPlainValues) {
 	EXPECT_EQ(mpShell->getParamValueByString(kVst3Bypass, on, value), kResultOk);
 	EXPECT_EQ(value, 1.0);
 	EXPECT_EQ(mpShell->getParamValueByString(kVst3Preset, on, value), kResultFalse);
+	for (const double program : {0.0, 0.25, 0.5, 0.75}) {
+		EXPECT_EQ(mpShell->getParamStringByValue(kVst3Preset, program, text), kResultOk);
+		EXPECT_EQ(mpShell->getParamValueByString(kVst3Preset, text, value), kResultOk);
+		EXPECT_EQ(value, program);
+	}
 	for (int program = 0; program <= 4; ++program) {
 		const double normalized = mpShell->plainParamToNormalized(kVst3Preset, program);
 		EXPECT_EQ(normalized, program / 4.0);

@@ -119,9 +119,53 @@ TEST_F(TVst3PluginShellProcessTest, MissingBuffersAreSilenceInAndNowhereOut) {
 	EXPECT_EQ(mpEngine->mFirstInput, 0.0f);
 	mBlock->mData.outputs = nullptr;
 	EXPECT_EQ(Process(), kResultOk);
+}
+
+TEST_F(TVst3PluginShellProcessTest, BusWithoutChannelsIsSilenceInAndNowhereOut) {
+	mpEngine->mOffset = 16384.0f;
+	for (const bool isBypassed : {false, true}) {
+		mpShell->setParamNormalized(kVst3Bypass, isBypassed ? 1.0 : 0.0);
+		for (const int32 busses : {1, 0}) {
+			mBlock.emplace();
+			mBlock->mData.numInputs = busses;
+			mBlock->mInBus.numChannels = 0;
+			EXPECT_EQ(Process(), kResultOk);
+			if (!isBypassed)
+				EXPECT_EQ(mpEngine->mFirstInput, 0.0f);
+			ExpectOutput(isBypassed ? 0.0f : 0.5f, isBypassed ? 0.0f : 0.5f);
+			mBlock.emplace();
+			mBlock->mData.numOutputs = busses;
+			mBlock->mOutBus.numChannels = 0;
+			EXPECT_EQ(Process(), kResultOk);
+			EXPECT_EQ(mBlock->mOut[0][0], 7.0f);
+			EXPECT_EQ(mBlock->mOutBus.silenceFlags, 0u);
+		}
+	}
+}
+
+TEST_F(TVst3PluginShellProcessTest, SilentOutputsAreFlagged) {
+	const auto fill = [this](float left, float right) {
+		mBlock.emplace();
+		mBlock->mIn[0].assign(30, 0.0f);
+		mBlock->mIn[1].assign(30, 0.0f);
+		mBlock->mIn[0][19] = left;
+		mBlock->mIn[1][0] = right;
+	};
+	for (const uint64_t silent : {0u, 1u, 2u, 3u}) {
+		fill(silent & 1 ? 0.0f : 0.5f, silent & 2 ? 0.0f : 0.5f);
+		EXPECT_EQ(Process(), kResultOk);
+		EXPECT_EQ(mBlock->mOutBus.silenceFlags, silent);
+		EXPECT_EQ(mBlock->mOut[0][19], silent & 1 ? 0.0f : 0.25f);
+	}
+	fill(0.0f, 0.0f);
+	mBlock->mOutBus.numChannels = 1;
+	EXPECT_EQ(Process(), kResultOk);
+	EXPECT_EQ(mBlock->mOutBus.silenceFlags, 1u);
+	mpShell->setParamNormalized(kVst3Bypass, 1.0);
 	mBlock.emplace();
-	mBlock->mOutBus.numChannels = 0;
-	EXPECT_EQ(Process(), kInvalidArgument);
+	mBlock->mInBus.silenceFlags = 2;
+	EXPECT_EQ(Process(), kResultOk);
+	EXPECT_EQ(mBlock->mOutBus.silenceFlags, 2u);
 }
 
 TEST_F(TVst3PluginShellProcessTest, WrongSizes) {
@@ -187,6 +231,29 @@ TEST_F(TVst3PluginShellProcessTest, PointsTakeEffectAtTheirSample) {
 	flush.inputParameterChanges = &changes;
 	EXPECT_EQ(ProcessElsewhere(flush), kResultOk);
 	EXPECT_EQ(mpDocument->ParameterValue(0), 0.7f);
+}
+
+TEST_F(TVst3PluginShellProcessTest, PointsOutOfOrderAndOfTwoQueuesTakeEffectAtTheirSample) {
+	ProcessChanges({{0, {{9, 0.2}, {4, 0.1}}}});
+	EXPECT_EQ(TakeCalls(), "process 0:0.00 4:0.00 9:0.10 ");
+	ProcessChanges({{0, {{2, 0.3}, {2, 0.4}, {8, 0.5}}}, {0, {{5, 0.6}}}});
+	EXPECT_EQ(TakeCalls(), "process 0:0.20 2:0.20 5:0.40 8:0.60 ");
+	EXPECT_EQ(mpDocument->ParameterValue(0), 0.5f);
+}
+
+TEST_F(TVst3PluginShellProcessTest, LastValueArrivesThoughTheEngineDoesNotRun) {
+	mpEngine->mIsSilent = true;
+	for (const double value : {0.5, 0.75}) {
+		ProcessChanges({{1, {{3, 0.1}, {4, 0.2}, {9, value}}}, {kVst3Preset, {{5, value}}}});
+		EXPECT_EQ(mpDocument->ParameterValue(1), static_cast<float>(value));
+		EXPECT_EQ(mpDocument->CurrentProgramIndex(), static_cast<int32_t>(4 * value));
+	}
+	mpEngine->mIsSilent = false;
+	mpDocument->SetParameterValue(1, 0.0f);
+	ProcessChanges({});
+	EXPECT_EQ(mpDocument->ParameterValue(1), 0.0f);
+	ProcessChanges({{0, {{7, 0.5}}}});
+	EXPECT_EQ(TakeCalls(), "process 0:0.00 3:0.00 5:0.00 process 0:0.00 7:0.00 ");
 }
 
 TEST_F(TVst3PluginShellProcessTest, PresetPointsSelectProgramsAtTheirSample) {
