@@ -138,6 +138,8 @@ TEST_F(TVortelDocumentTest, ProgramNamesChangeWithoutTheProgramBang) {
 	EXPECT_EQ(mpDocument->Program(4)->Name().Get(), TString("Lead"));
 	EXPECT_EQ(names->mCount, 1);
 	EXPECT_EQ(bangs->Take(), "");
+	for (const int32_t program : {4, 5}) // only programs with a pattern are kept
+		mpDocument->Program(program)->Scene(0)->Sequencer()->Sequence(1).SetStep(0, 1);
 	TStream bank;
 	mpDocument->SaveBankChunk(bank);
 	mpDocument->LoadBankChunk(bank);

@@ -17,11 +17,13 @@ using namespace Steinberg::Vst;
 
 namespace {
 
-/// A state with sixteen programs of this name.
+/// A state with sixteen programs of this name, each with a pattern, since empty ones are not saved.
 std::vector<uint8> StateWithName(const std::string& name) {
 	std::string bank = "<VortelDocument doc_version=\"3\">";
 	for (int i = 0; i < 16; ++i)
-		bank += "<Program" + std::to_string(i) + "><Name>" + name + "</Name></Program" + std::to_string(i) + ">";
+		bank += "<Program" + std::to_string(i) + "><Name>" + name +
+		        "</Name><Scene0><Sequencer><Sequence3>*++</Sequence3></Sequencer></Scene0></Program" +
+		        std::to_string(i) + ">";
 	bank += "</VortelDocument>";
 	const auto length = static_cast<int32>(bank.size());
 	std::vector<uint8> state(sizeof(length));
