@@ -113,6 +113,17 @@ void THeadlessPlatform::Type(const TString& text) {
 	}
 }
 
+void THeadlessPlatform::TMemoryCursor::Define(int id, const TCursorImage& image) {
+	mPictures[id] = {image.mSize, image.mHotSpot, {image.mPixels.begin(), image.mPixels.end()}};
+}
+
+TCursorImage THeadlessPlatform::TMemoryCursor::Image(int id) const {
+	const auto picture = mPictures.find(id);
+	return picture == mPictures.end()
+	           ? TCursorImage{}
+	           : TCursorImage{picture->second.mSize, picture->second.mHotSpot, picture->second.mPixels};
+}
+
 void THeadlessPlatform::TMemoryCursor::SetMousePosition(TPointT<int> position) {
 	mPlatform.mPointer = position;
 	mPlatform.mHasWarped = true;

@@ -6,7 +6,7 @@
 
 #include <deque>
 #include <functional>
-#include <set>
+#include <map>
 #include <vector>
 
 /// A system in memory: windows that nobody sees, a pointer and a keyboard that a script moves, a clipboard, screens,
@@ -68,6 +68,9 @@ public:
 	/// Keys that were passed to the host.
 	const std::vector<TGlueKeyEvent>& HostKeys() const { return mHostKeys; }
 
+	/// What the toolkit has defined for a cursor; empty for nothing. Valid until it defines or forgets one.
+	TCursorImage CursorImage(int id) const { return mCursor.Image(id); }
+
 	/// All open windows in the order of their making.
 	const std::vector<THeadlessWindow*>& Windows() const { return mWindows; }
 
@@ -108,11 +111,13 @@ private:
 	public:
 		explicit TMemoryCursor(THeadlessPlatform& platform) : mPlatform(platform) {}
 
-		bool IsDefined(int id) const override { return mDefined.contains(id); }
+		bool IsDefined(int id) const override { return mPictures.contains(id); }
 
-		void Define(int id, const TCursorImage&) override { mDefined.insert(id); }
+		void Define(int id, const TCursorImage& image) override;
 
-		void ForgetAll() override { mDefined.clear(); }
+		void ForgetAll() override { mPictures.clear(); }
+
+		TCursorImage Image(int id) const;
 
 		int Current() const override { return mCurrent; }
 
@@ -124,8 +129,14 @@ private:
 		bool IsButtonDown(TMouseButton button) const override;
 
 	private:
+		struct TPicture {
+			TPointT<int> mSize;
+			TPointT<int> mHotSpot;
+			std::vector<uint32_t> mPixels;
+		};
+
 		THeadlessPlatform& mPlatform;
-		std::set<int> mDefined;
+		std::map<int, TPicture> mPictures;
 		int mCurrent = 0;
 	};
 

@@ -4,6 +4,7 @@
 #include "framework/foundation/text/TReadableException.h"
 #include "framework/graphics/bitmaps/TBitmap.h"
 #include "framework/graphics/surfaces/TAlphaMask.h"
+#include "framework/graphics/surfaces/TDeviceAccess.h"
 #include "platform/TPlatform.h"
 
 #include <array>
@@ -72,13 +73,15 @@ void Define(TCursorImpl& impl, int id) {
 	TBitmap bitmap(TString("Cursors/") + picture.mName + ".png");
 	bitmap.Load();
 	TSurface& surface = *bitmap.Surface();
+	const TUiScale scale = surface.Scale();
+	const TDeviceAccess access(surface); // pictures and masks are both read pixel by pixel
 	const TPointT<int> size = surface.Size();
 	std::vector<uint32_t> pixels;
 	pixels.reserve(static_cast<std::size_t>(size.mX) * static_cast<std::size_t>(size.mY));
 	for (int y = 0; y < size.mY; ++y)
 		for (int x = 0; x < size.mX; ++x)
 			pixels.push_back(PixelWithAlpha(surface, surface.AlphaMask(), {x, y}));
-	impl.Define(id, {size, Scaled(picture.mHotSpot, surface.Scale()), pixels});
+	impl.Define(id, {size, Scaled(picture.mHotSpot, scale), pixels});
 }
 
 } // namespace
