@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
 	TLog::SetEchoToConsole(false);
 	InitializeFramework();
 	TSystemGlobals::Instance()->SetMessageDialogFunction([](const TString&, const TString&, TMessageKind) {});
-	TBaseViewsPrefs::Create([] { return new TBaseViewsPrefs; }, [](TBaseViewsPrefs* prefs) { delete prefs; });
+	TBaseViewsPrefs::CreateService();
 	std::atexit(&CloseDown);
 	return 0;
 }

@@ -33,19 +33,16 @@ void Log(const char* text) {
 
 void RetainApi() {
 	const std::lock_guard guard(sApiMutex);
-	if (++sApiUsers > 1)
-		return;
-	Log("Initializing the API...");
-	TBaseViewsPrefs::Create(
-	    [] { return new TBaseViewsPrefs; }, [](TBaseViewsPrefs* preferences) { delete preferences; });
+	if (++sApiUsers == 1)
+		Log("Initializing the API...");
+	TBaseViewsPrefs::CreateService();
 }
 
 void ReleaseApi() {
 	const std::lock_guard guard(sApiMutex);
-	if (--sApiUsers > 0)
-		return;
-	Log("Finalizing the API...");
 	TBaseViewsPrefs::Destroy();
+	if (--sApiUsers == 0)
+		Log("Finalizing the API...");
 }
 
 /// Our own programs start the same on every machine.

@@ -19,6 +19,7 @@ class TGuiFixture : public TGraphicsFixture {
 protected:
 	void SetUp() override {
 		TGraphicsFixture::SetUp();
+		TBaseViewsPrefs::CreateService();
 		InitializeGui();
 		TToolTipPresenter::SetInstance(nullptr); // there is no skin to draw tips
 		Preferences().mApplyFrameRate.Set(false);
@@ -29,6 +30,7 @@ protected:
 			mpEditor->Close();
 		mpEditor = nullptr;
 		FinalizeGui();
+		TBaseViewsPrefs::Destroy();
 		TGraphicsFixture::TearDown();
 	}
 

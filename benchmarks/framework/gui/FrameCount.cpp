@@ -7,6 +7,7 @@
 #include "framework/graphics/surfaces/TGraphPortPrefs.h"
 #include "framework/gui/controls/TLinkedViewValue.h"
 #include "framework/gui/dialogs/GuiServices.h"
+#include "framework/gui/events/TBaseViewsPrefs.h"
 #include "framework/gui/views/TMainFrameView.h"
 #include "framework/gui/views/TViewWindow.h"
 #include "framework/gui/windows/TEditorFrame.h"
@@ -70,11 +71,13 @@ public:
 		    []() -> TPlatform* { return new THeadlessPlatform; }, [](TPlatform* platform) { delete platform; });
 		TGraphPortPrefs::CreateInstance();
 		TGraphPortImpl::CreateInstance();
+		TBaseViewsPrefs::CreateService();
 		InitializeGui();
 	}
 
 	~TScene() {
 		FinalizeGui();
+		TBaseViewsPrefs::Destroy();
 		TGraphPort::Destroy();
 		TGraphPortPrefs::Destroy();
 		TPlatform::Destroy();

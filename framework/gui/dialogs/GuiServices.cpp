@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "framework/gui/dialogs/GuiServices.h"
 
+#include "framework/foundation/instance/ServiceGroup.h"
 #include "framework/foundation/process/TSystemGlobals.h"
 #include "framework/foundation/text/TReadableException.h"
 #include "framework/gui/dialogs/TMessageDialog.h"
@@ -10,13 +11,13 @@
 #include "framework/graphics/surfaces/TGraphPort.h"
 #include "framework/gui/events/ApplicationEvents.h"
 #include "framework/gui/events/TApplicationEventQueue.h"
-#include "framework/gui/events/TBaseViewsPrefs.h"
 #include "framework/gui/events/TTimerDispatcher.h"
 #include "framework/gui/keyboard/TKeyboardBindings.h"
 #include "framework/gui/keyboard/TKeyboardTranslator.h"
 #include "framework/gui/windows/TCursor.h"
 #include "framework/gui/windows/TDesktop.h"
 
+#include <array>
 #include <cstdio>
 
 namespace {
@@ -46,31 +47,45 @@ void ModeHasChanged(int /*mode*/) {
 	TApplicationEventQueue::Instance()->SendEvent(MakePtr<TAfterSwitchingWindowedModeEvent>());
 }
 
-} // namespace
+constexpr std::array<TService, 5> kServices{
+    ServiceOf<TApplicationEventQueue>(&TApplicationEventQueue::CreateService),
+    ServiceOf<TTimerDispatcher>(&TTimerDispatcher::CreateService),
+    ServiceOf<TKeyboardTranslator>(&TKeyboardTranslator::CreateService),
+    ServiceOf<TCursor>(&TCursor::CreateService),
+    ServiceOf<TDesktop>(&TDesktop::CreateService),
+};
 
-void InitializeGui() {
-	TBaseViewsPrefs::Create([] { return new TBaseViewsPrefs; }, [](TBaseViewsPrefs* prefs) { delete prefs; });
-	TApplicationEventQueue::CreateService();
-	TTimerDispatcher::CreateService();
-	TKeyboardTranslator::CreateService();
-	TCursor::CreateService();
-	TDesktop::CreateService();
-	TToolTipWindow::InstallPresenter();
+bool IsInitialized() {
+	return TDesktop::Instance() != nullptr;
+}
+
+void InstallHooks() {
 	TSystemGlobals::Instance()->SetMessageDialogFunction(&ShowMessage);
-	TDocumentClassRegistry::RegisterClass<TKeyBinding>("TKeyBinding");
-	TDocumentClassRegistry::RegisterClass<TKeyboardCategory>("TKeyboardCategory");
 	if (TGraphPort* port = TGraphPort::Instance())
 		port->SetModeCallbacks(&MayChangeMode, &ModeHasChanged);
 }
 
-void FinalizeGui() {
+void RemoveHooks() {
 	TSystemGlobals::Instance()->SetMessageDialogFunction(nullptr);
 	if (TGraphPort* port = TGraphPort::Instance())
 		port->SetModeCallbacks({}, {});
-	TDesktop::Destroy();
-	TCursor::Destroy();
-	TKeyboardTranslator::Destroy();
-	TTimerDispatcher::Destroy();
-	TApplicationEventQueue::Destroy();
-	TBaseViewsPrefs::Destroy();
+}
+
+} // namespace
+
+void InitializeGui() {
+	if (IsInitialized())
+		return;
+	TDocumentClassRegistry::RegisterClass<TKeyBinding>("TKeyBinding");
+	TDocumentClassRegistry::RegisterClass<TKeyboardCategory>("TKeyboardCategory");
+	TToolTipWindow::InstallPresenter();
+	StartServices(kServices);
+	InstallHooks();
+}
+
+void FinalizeGui() {
+	if (!IsInitialized())
+		return;
+	RemoveHooks();
+	EndServices(kServices);
 }

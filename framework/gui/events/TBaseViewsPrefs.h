@@ -4,7 +4,8 @@
 #include "framework/document/observables/TObservableBaseType.h"
 #include "framework/foundation/instance/TSingleton.h"
 
-/// What all views go by. The program's preferences declare these values as their own and so keep them. Main thread.
+/// What all views go by. The program's preferences declare these values as their own and so keep them; they
+/// are there as long as those, with or without an editor. Main thread.
 class TBaseViewsPrefs final : public TSingleton<TBaseViewsPrefs> {
 public:
 	TObservableBaseType<bool>& ShowTooltips() noexcept { return mShowTooltips; }
@@ -19,6 +20,12 @@ public:
 	TObservableBaseType<int>& RightButtonRepeatInterval() noexcept { return mRightButtonRepeatInterval; }
 
 	TObservableBaseType<int>& KeyRepeatInterval() noexcept { return mKeyRepeatInterval; }
+
+	/// In the current storage alone.
+	static void CreateService() {
+		SetCreateInEveryStorage(false);
+		Create([] { return new TBaseViewsPrefs; }, [](TBaseViewsPrefs* prefs) { delete prefs; });
+	}
 
 private:
 	TObservableBaseType<bool> mShowTooltips{true};
