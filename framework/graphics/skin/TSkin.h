@@ -158,7 +158,7 @@ public:
 	/// The arrows at its ends.
 	virtual void DrawScrollBarButton(TSurface& port, const TRectT<int>& rect, const TButtonLook& look);
 	virtual void DrawSliderBar(TSurface& port, const TRectT<int>& rect, TOrientation orientation, TState state);
-	/// A ring without its texts, from its start or its middle to the position, 0 to 1.
+	/// A ring without its texts, from its start or its middle to the position, 0 to 1; others are cut to that.
 	virtual void DrawRotary(
 	    TSurface& port, const TRectT<int>& rect, float position, bool isHighlighted, bool isEnabled, bool fromMiddle);
 	virtual void DrawSliderCap(TSurface& port, const TRectT<int>& rect, TOrientation orientation, TState state);
@@ -207,7 +207,8 @@ protected:
 	void DrawButtonContent(TSurface& port, const TRectT<int>& rect, const TButtonLook& look, const TColor& color);
 	/// What the group leaves round.
 	static TCornerRadii CornersOf(TButtonLook::TGroupPosition position, float radius);
-	/// Between two of 0 to 1 along a rotary's ring, `inner` and `outer` from its center; surface pixels.
+	/// Between two of 0 to 1 along a rotary's ring, `inner` and `outer` from its center; surface pixels. Cut to the
+	/// ring.
 	static void FillRingSegment(
 	    TSurface& port, const TRectT<int>& rect, float from, float to, float inner, float outer, const TColor& color);
 	/// In surface pixels.

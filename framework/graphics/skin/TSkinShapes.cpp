@@ -250,8 +250,12 @@ void TSkin::FillRingSegment(
 	constexpr float kSweep = 0.79999995f;
 	constexpr int kMostSegments = 400;
 	const int segments = std::min(std::max(2, static_cast<int>(outer * std::numbers::pi_v<float>)) & ~1, kMostSegments);
-	const int first = static_cast<int>(std::lround(from * static_cast<float>(segments)));
-	const int last = static_cast<int>(std::lround(to * static_cast<float>(segments)));
+	const auto place = [segments](float position) {
+		const float onRing = position > 0.0f ? std::min(position, 1.0f) : 0.0f; // what is no number lies at the start
+		return static_cast<int>(std::lround(onRing * static_cast<float>(segments)));
+	};
+	const int first = place(from);
+	const int last = place(to);
 	if (first >= last || outer <= 0.0f)
 		return;
 	const TPointT<float> center{

@@ -3,6 +3,8 @@
 #include "framework/graphics/surfaces/TDeviceAccess.h"
 #include "tests/framework/graphics/skin/TSkinFixture.h"
 
+#include <limits>
+
 namespace {
 
 using C = TSkinColors;
@@ -84,6 +86,27 @@ TEST_F(TSkinTest, GradientsAndFadesStepByTheSurfacesOwnPixels) {
 			    std::to_string(surface->Pixel({1, y}).mRed) + "," + std::to_string(surface->Pixel({2, y}).mRed) + " ";
 	}
 	EXPECT_EQ(rows, "100,0 66,84 33,169 0,255 0,0 ");
+}
+
+TEST_F(TSkinTest, ARotarysRingEndsAtItsEnds) {
+	Start();
+	TSkin& skin = *TSkin::Instance();
+	const auto ring = [&](float position, bool fromMiddle) {
+		auto surface = MakeSurface(40, 40);
+		skin.DrawRotary(*surface, {0, 0, 40, 40}, position, false, true, fromMiddle);
+		return surface;
+	};
+	constexpr float kInfinity = std::numeric_limits<float>::infinity();
+	for (const bool fromMiddle : {false, true}) {
+		const auto full = ring(1.0f, fromMiddle);
+		const auto none = ring(0.0f, fromMiddle);
+		EXPECT_FALSE(AreEqual(*full, *none));
+		for (const float above : {1.5f, 1.0e30f, kInfinity})
+			EXPECT_TRUE(AreEqual(*ring(above, fromMiddle), *full)) << above;
+		for (const float below : {-0.5f, -1.0e30f, -kInfinity})
+			EXPECT_TRUE(AreEqual(*ring(below, fromMiddle), *none)) << below;
+	}
+	EXPECT_TRUE(AreEqual(*ring(std::numeric_limits<float>::quiet_NaN(), false), *ring(0.0f, false)));
 }
 
 } // namespace
