@@ -7,6 +7,7 @@
 #include "framework/gui/views/TMainFrameView.h"
 
 #include <algorithm>
+#include <utility>
 
 TView::TView() : mSizePolicy(TSizePolicy::Manual()) {}
 
@@ -97,7 +98,11 @@ TMainFrameView* TView::MainFrameView() const {
 }
 
 void TView::SetParent(TView* parent) {
+	if (mParent)
+		mParent->ChangeFrameWorkers(-mFrameWorkers);
 	mParent = parent;
+	if (mParent)
+		mParent->ChangeFrameWorkers(mFrameWorkers);
 	UpdateAbsolutePosition();
 	UpdateVisibleRect();
 	UpdateMainFrame(MainFrameView());
@@ -274,6 +279,7 @@ void TView::NotifyVisibilityChanged() {
 
 void TView::AddLinkedValue(TLinkedViewValueBase* value) {
 	mLinkedValues.Append(TOwnerPtr<TLinkedViewValueBase>(value));
+	UpdateHasFrameWork();
 }
 
 void TView::RemoveLinkedValue(TLinkedViewValueBase* value) {
@@ -282,6 +288,7 @@ void TView::RemoveLinkedValue(TLinkedViewValueBase* value) {
 			if (mIsPolling) // it may be the one that is being polled
 				mRemovedLinkedValues.Append(std::move(mLinkedValues[index]));
 			mLinkedValues.RemoveAt(index);
+			UpdateHasFrameWork();
 			return;
 		}
 }
@@ -295,12 +302,31 @@ void TView::PollLinkedValues() {
 		mRemovedLinkedValues.Clear();
 }
 
+void TView::OnFrame() {
+	mIsAskedForFrames = false;
+	UpdateHasFrameWork();
+}
+
+void TView::UpdateHasFrameWork() {
+	const bool hasWork = mIsAskedForFrames || !mLinkedValues.IsEmpty();
+	if (std::exchange(mHasFrameWork, hasWork) != hasWork)
+		ChangeFrameWorkers(hasWork ? 1 : -1);
+}
+
+void TView::ChangeFrameWorkers(int difference) {
+	for (TView* view = this; view; view = view->mParent)
+		view->mFrameWorkers += difference;
+}
+
 void TView::RunFrameWalk() {
 	if (!mLinkedValues.IsEmpty())
 		PollLinkedValues();
-	OnFrame();
+	if (mIsAskedForFrames)
+		OnFrame();
+	if (mFrameWorkers == (mHasFrameWork ? 1 : 0))
+		return;
 	for (int32_t index = 0; index < mChildren.Count(); ++index)
-		if (mChildren[index]->mVisible) {
+		if (mChildren[index]->mVisible && mChildren[index]->mFrameWorkers > 0) {
 			const TPtr<TView> child = mChildren[index];
 			child->RunFrameWalk();
 		}

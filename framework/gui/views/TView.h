@@ -49,8 +49,9 @@ public:
 	/// On top of the children.
 	virtual void DrawOverlay(TSurface& /*port*/) {}
 
-	/// Once per drawn frame, behind the poll of the linked values.
-	virtual void OnFrame() {}
+	/// Once per drawn frame, behind the poll of the linked values. The one here does nothing and says so: a view whose
+	/// class leaves it as it is, is not asked again.
+	virtual void OnFrame();
 
 	virtual void OnAddedToParent() {}
 
@@ -241,7 +242,8 @@ public:
 	// Linked values
 
 	void RemoveLinkedValue(TLinkedViewValueBase* value);
-	/// Polls the linked values of the view and of the visible views in it, and runs OnFrame on them.
+	/// Polls the linked values of the view and of the visible views in it, and runs OnFrame on them. Passes over those
+	/// with nothing of either in them.
 	void RunFrameWalk();
 
 	// Walks over the view and everything in it
@@ -297,6 +299,8 @@ private:
 	void NotifyVisibilityChanged();
 	void AddLinkedValue(TLinkedViewValueBase* value);
 	void PollLinkedValues();
+	void UpdateHasFrameWork();
+	void ChangeFrameWorkers(int difference);
 	void OnTimerFired();
 	bool CanInvalidate() const noexcept;
 	bool Covers(const TRectT<int>& rect) const;
@@ -314,6 +318,9 @@ private:
 	bool mTimerRuns = false;
 	bool mTimerIsOneShot = false;
 	bool mIsPolling = false;
+	bool mIsAskedForFrames = true; // until OnFrame turns out to be the one here
+	bool mHasFrameWork = true;     // asked, or with linked values
+	int mFrameWorkers = 1;         // views with work for frames, this one and those in it
 	unsigned mInvalidationLocks = 0;
 	int mDrawOrder = kSelfFirst;
 	TMainFrameView* mMainFrame = nullptr;

@@ -14,6 +14,23 @@ public:
 	void Poll(int /*index*/) override {}
 };
 
+class TCountingValue final : public TLinkedViewValueBase {
+public:
+	TCountingValue(TView& view, int& polls) : TLinkedViewValueBase(view), mPolls(polls) {}
+
+	void Poll(int /*index*/) override { ++mPolls; }
+
+private:
+	int& mPolls;
+};
+
+class TFrameView final : public TView {
+public:
+	void OnFrame() override { ++mFrames; }
+
+	int mFrames = 0;
+};
+
 class TQuietView final : public TFocusRootView {
 public:
 	bool HandleKey(const TKeyboardKey& /*key*/, bool /*isRelease*/, bool /*isRepeat*/) override {
@@ -51,6 +68,43 @@ protected:
 
 TEST_F(IdleFrameTest, FramesWithoutChangeAllocateNothing) {
 	EXPECT_EQ(OffenceDuring(500), "");
+}
+
+TEST_F(IdleFrameTest, WorkThatComesToAQuietTreeIsDone) {
+	TMainFrameView& frame = *Editor().MainFrame();
+	const auto outer = MakePtr<TView>();
+	const auto inner = MakePtr<TView>();
+	outer->AddChild(inner);
+	frame.AddChild(outer);
+	Wait(50); // everybody has turned out to have nothing to do
+	int polls = 0;
+	auto* value = new TCountingValue(*inner, polls);
+	const auto worker = MakePtr<TFrameView>();
+	inner->AddChild(worker);
+	Tick();
+	EXPECT_EQ(polls, 1);
+	EXPECT_EQ(worker->mFrames, 1);
+	frame.RemoveChild(outer.Get());
+	Tick();
+	EXPECT_EQ(polls + worker->mFrames, 2) << "outside of the tree";
+	frame.AddChild(inner);
+	Tick();
+	EXPECT_EQ(polls + worker->mFrames, 4) << "moved with what is in it";
+	inner->SetVisible(false);
+	Tick();
+	EXPECT_EQ(polls + worker->mFrames, 4) << "hidden";
+	inner->SetVisible(true);
+	EXPECT_EQ(polls + worker->mFrames, 6) << "never stale when it appears";
+	inner->RemoveLinkedValue(value);
+	Tick();
+	EXPECT_EQ(polls, 3);
+	EXPECT_EQ(worker->mFrames, 4);
+	outer->AddChild(worker); // which is not shown
+	Tick();
+	EXPECT_EQ(worker->mFrames, 4);
+	frame.AddChild(outer);
+	Tick();
+	EXPECT_EQ(worker->mFrames, 5);
 }
 
 TEST_F(IdleFrameTest, AKeyThatRepeatsAllocatesNothing) {
