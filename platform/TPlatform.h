@@ -58,7 +58,8 @@ public:
 	/// closes.
 	virtual int EventDescriptor() const = 0;
 	/// For a loop of one's own, as of a modal dialog: waits until the next tick is due or something has come. False
-	/// when nothing can come any more, and the loop must end.
+	/// when nothing can come any more, and the loop must end. Other threads may play the main role meanwhile, and close
+	/// windows.
 	virtual bool WaitForTick() = 0;
 
 	virtual TCursorImpl& Cursor() = 0;

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/headless/THeadlessPlatform.h"
 
+#include "framework/foundation/threads/TThreadManager.h"
 #include "platform/headless/UsKeyboard.h"
 
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <optional>
 
 namespace {
 
@@ -103,7 +106,13 @@ void THeadlessPlatform::ProcessEvents() {
 }
 
 bool THeadlessPlatform::WaitForTick() {
-	return mOnWait && mOnWait();
+	const std::function<bool()> onWait = mOnWait;
+	if (!onWait)
+		return false;
+	std::optional<TThreadManager::TReleasedScope> released;
+	if (TThreadManager::Instance())
+		released.emplace();
+	return onWait();
 }
 
 TOwnerPtr<TFileDialogImpl> THeadlessPlatform::StartFileDialog(const TFileDialogSettings& settings, TWindowGlue*) {

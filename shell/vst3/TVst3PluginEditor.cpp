@@ -135,6 +135,7 @@ void TVst3PluginShell::TPluginEditor::Close() {
 // Frames
 
 void TVst3PluginShell::TPluginEditor::OnTimer() noexcept {
+	const TKeptForCall kept(*this);
 	HostCall(StorageId(), [this] {
 		// The next tick will do while the host works with the document on another thread.
 		const TThreadManager::THostScope role(kMainThread, TThreadManager::TPatience::kNone);

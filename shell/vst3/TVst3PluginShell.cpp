@@ -409,6 +409,7 @@ bool TVst3PluginShell::RequestWindowResize(const TSize& oldSize, const TSize& ne
 }
 
 void TVst3PluginShell::OnTimer() noexcept {
+	const TKeptForCall kept(*this);
 	HostCall(StorageId(), [this] {
 		RunMainThreadCommands();
 		return kResultOk;

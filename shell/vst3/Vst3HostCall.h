@@ -26,3 +26,19 @@ Steinberg::tresult HostCall(int32_t storageId, TFunction&& function) noexcept {
 		return Steinberg::kInternalError;
 	}
 }
+
+/// Holds what the host may let go of during a call, because the call waits for a user's answer. Stands around the
+/// HostCall: with the last reference the storage goes.
+template <class T>
+class [[nodiscard]] TKeptForCall {
+public:
+	explicit TKeptForCall(T& object) : mObject(object) { mObject.addRef(); }
+
+	~TKeptForCall() { mObject.release(); }
+
+	TKeptForCall(const TKeptForCall&) = delete;
+	TKeptForCall& operator=(const TKeptForCall&) = delete;
+
+private:
+	T& mObject;
+};

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "framework/gui/dialogs/TDialog.h"
 
-#include "framework/foundation/threads/TThreadManager.h"
 #include "framework/gui/events/TKeptAlive.h"
 #include "framework/gui/keyboard/TKeyboardKey.h"
 #include "framework/gui/windows/TDesktop.h"
@@ -18,13 +17,10 @@ bool EqualIgnoringCase(char16_t a, char16_t b) {
 	       TString(std::u16string_view(&a, 1)).CompareIgnoringCase(TString(std::u16string_view(&b, 1))) == 0;
 }
 
-/// False when nothing can come any more. The main role is others' meanwhile.
+/// False when nothing can come any more.
 bool WaitForTick() {
 	TPlatform* platform = TPlatform::Instance();
-	if (!platform)
-		return false;
-	const TThreadManager::TReleasedScope released;
-	return platform->WaitForTick();
+	return platform && platform->WaitForTick();
 }
 
 } // namespace

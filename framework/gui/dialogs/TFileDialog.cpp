@@ -7,6 +7,7 @@
 #include "framework/gui/dialogs/TPathDialog.h"
 #include "framework/gui/events/TTimerDispatcher.h"
 #include "framework/gui/views/TMainFrameView.h"
+#include "framework/gui/windows/TWindow.h"
 #include "platform/TPlatform.h"
 
 #include <utility>
@@ -43,7 +44,8 @@ void TFileDialog::Open() {
 }
 
 bool TFileDialog::IsOwnerInWindow() const {
-	return mOwner && mOwner->MainFrame() && mOwner->MainFrame()->Window();
+	const TWindow* window = mOwner && mOwner->MainFrame() ? mOwner->MainFrame()->Window() : nullptr;
+	return window && window->IsOpen();
 }
 
 void TFileDialog::OnTimer() {
@@ -89,7 +91,7 @@ void TFileDialog::Accept(TString path, bool hasAskedToOverwrite) {
 	mSystemDialog = nullptr;
 	const bool mayWrite = !mSettings.mSave || hasAskedToOverwrite || MayReplace(path);
 	End();
-	if (mayWrite && mOwner)
+	if (mayWrite && IsOwnerInWindow())
 		mAccepted(path);
 }
 

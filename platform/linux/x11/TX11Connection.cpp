@@ -177,10 +177,6 @@ bool TX11Connection::WaitFor(int milliseconds, const std::function<TTaken(const 
 	}
 }
 
-bool TX11Connection::WaitForInput(int milliseconds) {
-	return !mSetAside.empty() || WaitForBytes(milliseconds);
-}
-
 bool TX11Connection::WaitForBytes(int milliseconds) const {
 	pollfd input{Descriptor(), POLLIN, 0};
 	poll(&input, 1, milliseconds);

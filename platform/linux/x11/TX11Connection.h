@@ -94,8 +94,8 @@ public:
 	/// Shows each event that comes to `take` until it calls one the last: true; or until the time is over: false. What
 	/// it does not take is set aside for NextEvent.
 	bool WaitFor(int milliseconds, const std::function<TTaken(const xcb_generic_event_t&)>& take);
-	/// Waits until something has come; false when the connection is broken.
-	bool WaitForInput(int milliseconds);
+	/// Whether NextEvent has something without a word from the server.
+	bool HasSetAside() const { return !mSetAside.empty(); }
 
 	/// The server's time of the user's last doing.
 	xcb_timestamp_t UserTime() const { return mUserTime; }

@@ -3,11 +3,15 @@
 
 #include "framework/foundation/files/TLog.h"
 #include "framework/foundation/text/TReadableException.h"
+#include "framework/foundation/threads/TThreadManager.h"
 #include "platform/linux/dialogs/TSystemFileDialog.h"
 
 #include <xcb/randr.h>
 #include <xcb/render.h>
 #include <xcb/xfixes.h>
+
+#include <optional>
+#include <poll.h>
 
 namespace {
 
@@ -159,11 +163,19 @@ int TX11Platform::EventDescriptor() const {
 	return mpConnection ? mpConnection->Descriptor() : -1;
 }
 
+// Whoever plays the main role meanwhile may close the last window and with it the connection.
 bool TX11Platform::WaitForTick() {
 	if (!mpConnection)
 		return false;
 	mpConnection->Flush();
-	return mpConnection->WaitForInput(kTickMilliseconds);
+	if (!mpConnection->HasSetAside()) {
+		pollfd input{mpConnection->Descriptor(), POLLIN, 0};
+		std::optional<TThreadManager::TReleasedScope> released;
+		if (TThreadManager::Instance())
+			released.emplace();
+		poll(&input, 1, kTickMilliseconds);
+	}
+	return mpConnection && !mpConnection->IsBroken();
 }
 
 void TX11Platform::ProcessEvents() {

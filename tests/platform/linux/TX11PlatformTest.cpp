@@ -2,7 +2,10 @@
 // What is peculiar to X servers: other programs, layouts, losses.
 
 #include "platform/linux/x11/TX11Platform.h"
+#include "framework/foundation/instance/TGlobalStorage.h"
+#include "framework/foundation/process/Framework.h"
 #include "framework/foundation/text/TReadableException.h"
+#include "framework/foundation/threads/TThreadManager.h"
 #include "tests/platform/TTestSystem.h"
 #include "tests/platform/linux/TX11User.h"
 #include "tests/support/TStringPrinter.h"
@@ -18,6 +21,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <thread>
 
 namespace {
 
@@ -152,6 +156,29 @@ TEST_F(TX11PlatformTest, AKilledConnectionTakesAllWindowsAndNothingElse) {
 	EXPECT_FALSE(window->IsOpen() || dialog->IsOpen());
 	EXPECT_EQ(Platform().EventDescriptor(), -1);
 	EXPECT_TRUE(Open(first)->IsVisible()) << "a new window brings a new connection";
+}
+
+TEST_F(TX11PlatformTest, AnotherThreadMayCloseTheLastWindowDuringAWait) {
+	const int32_t storage = TGlobalStorage::CreateStorage();
+	{
+		const TGlobalStorageScope scope(storage);
+		InitializeFramework();
+		TWindowJournal journal;
+		const auto window = Open(journal);
+		const TThreadManager::THostScope role(kMainThread);
+		std::thread other([&] {
+			const TGlobalStorageScope sameInstance(storage);
+			const TThreadManager::THostScope sameRole(kMainThread); // comes in while the first one waits
+			window->Close();
+		});
+		while (Platform().WaitForTick())
+			Platform().ProcessEvents();
+		EXPECT_FALSE(window->IsOpen());
+		EXPECT_EQ(Platform().EventDescriptor(), -1);
+		other.join();
+		FinalizeFramework();
+	}
+	TGlobalStorage::DestroyStorage(storage);
 }
 
 TEST_F(TX11PlatformTest, AServerThatDiesIsAnErrorAndNoEnd) {
