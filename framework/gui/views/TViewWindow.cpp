@@ -104,6 +104,12 @@ void TViewWindow::OnMoved() {
 }
 
 void TViewWindow::OnVisibilityChanged() {
+	const TKeptAlive kept(this);
+	if (!IsVisible()) { // the release of a button that is held now will not come
+		ClosePendingManeuver();
+		if (mMouseHandler)
+			mMouseHandler->Reset();
+	}
 	if (mMainFrame)
 		mMainFrame->SetVisible(IsVisible());
 	if (Kind() == kModalDialogWindow)

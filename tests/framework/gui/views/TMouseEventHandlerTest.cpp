@@ -113,4 +113,21 @@ TEST_F(TMouseEventHandlerTest, ATipComesAfterARestTheNextOneAtOnceAndNoneOverWha
 	EXPECT_FALSE(tips.IsOpen());
 }
 
+TEST_F(TMouseEventHandlerTest, AWindowThatIsHiddenLetsGoAsItWillSeeNoRelease) {
+	// Of an editor that does not want the keys: one that has them would lose them when it is hidden.
+	Editor().Glue()->SetWantsKeyboardInput(false);
+	Platform().SetActive(false);
+	mpView->mWantsCapture = true;
+	for (const TMouseButton button : {TMouseButton::kLeft, TMouseButton::kMiddle}) {
+		Press(button);
+		EXPECT_TRUE(TGuiEventTarget::HasMouseCapture());
+		Platform().ShowHost(false);
+		EXPECT_FALSE(TGuiEventTarget::HasMouseCapture());
+		EXPECT_FALSE(Editor().MouseHandler()->IsAnyButtonHeld());
+		Release(button);
+		Platform().ShowHost(true);
+		Tick();
+	}
+}
+
 } // namespace
