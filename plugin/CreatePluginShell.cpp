@@ -14,6 +14,7 @@
 #include "plugin/TProgramInstance.h"
 #include "plugin/Vst2Instances.h"
 #include "plugin/Vst3Instances.h"
+#include "shell/audiounit/TAudioUnitPluginShell.h"
 #include "shell/program/TProgramPluginShell.h"
 #include "shell/vst2/TVstPluginShell.h"
 #include "shell/vst3/TVst3PluginShell.h"
@@ -69,6 +70,9 @@ TPtr<TAudioPluginShell> CreateAdapter(
 		    &Vst2Instances::Release);
 	if (hostKind == kVst3Host)
 		return MakePtr<TVst3PluginShell>(document.Get(), engine.Get(), gui.Get(), &Vst3Instances::Release);
+	if (hostKind == kAudioUnitHost)
+		return MakePtr<TAudioUnitPluginShell>(
+		    document.Get(), engine.Get(), gui.Get(), static_cast<AudioComponentInstance>(hostContext));
 	throw TReadableException(TString("There is no adapter for host format ") + TString::ToString(hostKind));
 }
 
