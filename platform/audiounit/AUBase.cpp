@@ -112,8 +112,7 @@ OSStatus AUBase::AddPropertyListener(AudioUnitPropertyID id, AudioUnitPropertyLi
 	return noErr;
 }
 
-OSStatus
-AUBase::RemovePropertyListener(AudioUnitPropertyID id, AudioUnitPropertyListenerProc proc, void* const* user) {
+OSStatus AUBase::RemovePropertyListener(AudioUnitPropertyID id, AudioUnitPropertyListenerProc proc, void* const* user) {
 	const std::lock_guard guard(mLock);
 	std::erase_if(mListeners, [&](const TPropertyListener& listener) {
 		return listener.mId == id && listener.mpProc == proc && (!user || listener.mpUser == *user);
@@ -147,8 +146,7 @@ OSStatus AUBase::RemoveRenderNotify(AURenderCallback proc, void* refCon) {
 
 // Parameters
 
-OSStatus AUBase::GetParameterInfo(
-    AudioUnitScope scope, AudioUnitParameterID /*id*/, AudioUnitParameterInfo& /*info*/) {
+OSStatus AUBase::GetParameterInfo(AudioUnitScope scope, AudioUnitParameterID /*id*/, AudioUnitParameterInfo& /*info*/) {
 	return IsKnownBus(scope, 0) ? kAudioUnitErr_InvalidParameter : kAudioUnitErr_InvalidScope;
 }
 
@@ -250,8 +248,8 @@ bool AUBase::CallHostMusicalTimeLocation(Float32& numerator, UInt32& denominator
 	UInt32 samplesToNextBeat = 0;
 	Float64 downBeat = 0.0;
 	return host->musicalTimeLocationProc &&
-	       host->musicalTimeLocationProc(
-	           host->hostUserData, &samplesToNextBeat, &numerator, &denominator, &downBeat) == noErr;
+	       host->musicalTimeLocationProc(host->hostUserData, &samplesToNextBeat, &numerator, &denominator, &downBeat) ==
+	           noErr;
 }
 
 bool AUBase::CallHostTransportState(THostTransport& transport) {

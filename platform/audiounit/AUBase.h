@@ -20,8 +20,9 @@
 /// The dispatching half is what a component's methods call; it has checked arguments and state when it calls the
 /// virtual half. Results are the published codes; both halves may also throw.
 ///
-/// Rendering, parameters and their scheduling, listeners, sources and host callbacks: any thread, while it renders, too.
-/// Set-up (formats, bus counts, Initialize) comes from one thread at a time. Rendering neither allocates nor locks.
+/// Rendering, parameters and their scheduling, listeners, sources and host callbacks: any thread, while it renders,
+/// too. Set-up (formats, bus counts, Initialize) comes from one thread at a time. Rendering neither allocates nor
+/// locks.
 class AUBase {
 public:
 	AUBase(AudioComponentInstance instance, UInt32 inputs, UInt32 outputs);
@@ -75,8 +76,8 @@ public:
 	/// data has room for the size that GetPropertyInfo tells.
 	virtual OSStatus GetProperty(AudioUnitPropertyID id, AudioUnitScope scope, AudioUnitElement element, void* data);
 	/// data is never null.
-	virtual OSStatus SetProperty(
-	    AudioUnitPropertyID id, AudioUnitScope scope, AudioUnitElement element, const void* data, UInt32 size);
+	virtual OSStatus
+	SetProperty(AudioUnitPropertyID id, AudioUnitScope scope, AudioUnitElement element, const void* data, UInt32 size);
 
 	virtual OSStatus GetParameterInfo(AudioUnitScope scope, AudioUnitParameterID id, AudioUnitParameterInfo& info);
 	virtual OSStatus GetParameter(

@@ -318,8 +318,8 @@ OSStatus AUBase::SetProperty(
 	}
 }
 
-OSStatus AUBase::SetStreamFormat(
-    AudioUnitScope scope, AudioUnitElement element, const AudioStreamBasicDescription& format) {
+OSStatus
+AUBase::SetStreamFormat(AudioUnitScope scope, AudioUnitElement element, const AudioStreamBasicDescription& format) {
 	if (!IsSupported(format))
 		return kAudioUnitErr_FormatNotSupported;
 	FindBus(scope, element)->mFormat = format;

@@ -106,8 +106,8 @@ OSStatus AUBase::RenderBus(
 	return noErr;
 }
 
-OSStatus AUBase::PullInput(
-    std::size_t bus, AudioUnitRenderActionFlags& flags, const AudioTimeStamp& time, UInt32 frames) {
+OSStatus
+AUBase::PullInput(std::size_t bus, AudioUnitRenderActionFlags& flags, const AudioTimeStamp& time, UInt32 frames) {
 	AUInputBus& input = *mInputs[bus];
 	const TReadSource source(input.mSource);
 	if (!source->IsActive())
@@ -120,14 +120,13 @@ OSStatus AUBase::PullInput(
 	} else {
 		list = &input.mBuffers.Prepare(frames);
 		const AURenderCallbackStruct& callback = source->mCallback;
-		status = callback.inputProc(
-		    callback.inputProcRefCon, &flags, &time, static_cast<UInt32>(bus), frames, list);
+		status = callback.inputProc(callback.inputProcRefCon, &flags, &time, static_cast<UInt32>(bus), frames, list);
 	}
 	const auto isUsable = [&](const AudioBuffer& buffer) {
 		return !buffer.mData || input.mBuffers.IsOwn(buffer) || HasRoom(buffer, frames);
 	};
-	if (status == noErr && (list->mNumberBuffers > input.mBuffers.Channels() ||
-	                        !std::ranges::all_of(input.mBuffers.Buffers(), isUsable)))
+	if (status == noErr &&
+	    (list->mNumberBuffers > input.mBuffers.Channels() || !std::ranges::all_of(input.mBuffers.Buffers(), isUsable)))
 		status = kAudio_ParamError;
 	if (status != noErr)
 		input.mBuffers.Invalidate();

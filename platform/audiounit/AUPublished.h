@@ -28,9 +28,8 @@ public:
 		mValues.push_back(std::move(changed));
 		mpCurrent.store(mValues.back().get());
 		const T* const isRead = mpRead.load();
-		std::erase_if(mValues, [&](const auto& value) {
-			return value.get() != mpCurrent.load() && value.get() != isRead;
-		});
+		std::erase_if(
+		    mValues, [&](const auto& value) { return value.get() != mpCurrent.load() && value.get() != isRead; });
 	}
 
 	/// Not for the rendering thread.

@@ -212,8 +212,8 @@ using HostCallback_GetTransportState = OSStatus (*)(
     void* user, Boolean* isPlaying, Boolean* changed, Float64* samplePosition, Boolean* isCycling, Float64* cycleStart,
     Float64* cycleEnd);
 using HostCallback_GetTransportState2 = OSStatus (*)(
-    void* user, Boolean* isPlaying, Boolean* isRecording, Boolean* changed, Float64* samplePosition,
-    Boolean* isCycling, Float64* cycleStart, Float64* cycleEnd);
+    void* user, Boolean* isPlaying, Boolean* isRecording, Boolean* changed, Float64* samplePosition, Boolean* isCycling,
+    Float64* cycleStart, Float64* cycleEnd);
 
 /// Hosts may know only a part of it, from the front.
 struct HostCallbackInfo {
@@ -314,8 +314,8 @@ struct AudioUnitEvent {
 	AudioUnitParameterAddress mParameter;
 };
 
-using AudioUnitPropertyListenerProc = void (*)(
-    void* user, AudioUnit unit, AudioUnitPropertyID id, AudioUnitScope scope, AudioUnitElement element);
+using AudioUnitPropertyListenerProc =
+    void (*)(void* user, AudioUnit unit, AudioUnitPropertyID id, AudioUnitScope scope, AudioUnitElement element);
 
 static_assert(sizeof(AudioStreamBasicDescription) == 40 && sizeof(AudioTimeStamp) == 64);
 static_assert(sizeof(AudioUnitParameterInfo) == 104 && sizeof(AudioUnitParameterEvent) == 32);

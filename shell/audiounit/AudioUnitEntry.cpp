@@ -79,8 +79,8 @@ OSStatus SetProperty(
 	return Call(self, [&](auto& unit) { return unit.DispatchSetProperty(id, scope, element, data, size); });
 }
 
-OSStatus AddPropertyListener(
-    void* self, AudioUnitPropertyID id, AudioUnitPropertyListenerProc proc, void* user) noexcept {
+OSStatus
+AddPropertyListener(void* self, AudioUnitPropertyID id, AudioUnitPropertyListenerProc proc, void* user) noexcept {
 	return Call(self, [&](auto& unit) { return unit.AddPropertyListener(id, proc, user); });
 }
 

@@ -114,8 +114,8 @@ OSStatus TAudioUnitPluginShell::GetPropertyInfo(
 	                                               : status;
 }
 
-OSStatus TAudioUnitPluginShell::GetProperty(
-    AudioUnitPropertyID id, AudioUnitScope scope, AudioUnitElement element, void* data) {
+OSStatus
+TAudioUnitPluginShell::GetProperty(AudioUnitPropertyID id, AudioUnitScope scope, AudioUnitElement element, void* data) {
 	if (scope == kAudioUnitScope_Global) {
 		switch (id) {
 		case kAudioUnitProperty_InPlaceProcessing:
@@ -182,8 +182,8 @@ OSStatus TAudioUnitPluginShell::GetParameterFromText(void* data) const {
 
 // Parameters
 
-OSStatus TAudioUnitPluginShell::GetParameterInfo(
-    AudioUnitScope scope, AudioUnitParameterID id, AudioUnitParameterInfo& info) {
+OSStatus
+TAudioUnitPluginShell::GetParameterInfo(AudioUnitScope scope, AudioUnitParameterID id, AudioUnitParameterInfo& info) {
 	if (scope != kAudioUnitScope_Global)
 		return AUBase::GetParameterInfo(scope, id, info);
 	if (!IsParameter(id))

@@ -94,8 +94,7 @@ bool TAudioUnitPluginShell::LendInput(std::size_t bus) {
 	return true;
 }
 
-OSStatus
-TAudioUnitPluginShell::HandleMidiEvent(UInt8 status, UInt8 channel, UInt8 data1, UInt8 data2, UInt32 offset) {
+OSStatus TAudioUnitPluginShell::HandleMidiEvent(UInt8 status, UInt8 channel, UInt8 data1, UInt8 data2, UInt32 offset) {
 	// More than the list was made for would have to allocate.
 	if (mMidiInputEvents.size() < mMidiInputEvents.capacity())
 		mMidiInputEvents.push_back(

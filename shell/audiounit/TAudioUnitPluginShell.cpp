@@ -187,8 +187,7 @@ void TAudioUnitPluginShell::CheckOutputs(TLayout& layout) {
 		layout.mOutputChannels += static_cast<int>(channels);
 		if (channels == 2)
 			continue;
-		TLog::Instance()->Log(
-		    kLogCategory, "Output bus %d is not stereo. Rejecting layout...", static_cast<int>(bus));
+		TLog::Instance()->Log(kLogCategory, "Output bus %d is not stereo. Rejecting layout...", static_cast<int>(bus));
 		layout.mIsAccepted = false;
 	}
 }
@@ -198,9 +197,8 @@ bool TAudioUnitPluginShell::HasChannels(const TLayout& layout) const {
 	if (layout.mOutputChannels != 0 && (isInstrument || layout.mInputChannels != 0))
 		return true;
 	TLog::Instance()->LogText(
-	    kLogCategory, isInstrument
-	                      ? "Synths need at least one output channel. Rejecting layout..."
-	                      : "Effects need at least one input and one output channel. Rejecting layout...");
+	    kLogCategory, isInstrument ? "Synths need at least one output channel. Rejecting layout..."
+	                               : "Effects need at least one input and one output channel. Rejecting layout...");
 	return false;
 }
 
