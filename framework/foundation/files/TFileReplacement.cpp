@@ -7,8 +7,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
 #include <memory>
+#include <string_view>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -16,6 +19,9 @@
 namespace {
 
 constexpr int kNoRegularFile = EINVAL;
+/// No other temporary file ends so. UniqueFileName makes what stands before it.
+constexpr const char* kEnding = ".unfinished";
+constexpr std::string_view kBeginning = "Vortel2_TmpFile-";
 
 std::string Bytes(const TString& path) {
 	std::string bytes;
@@ -40,6 +46,30 @@ void BringToDisk(const std::string& folder) {
 		return;
 	fsync(descriptor);
 	close(descriptor);
+}
+
+struct TFolderCloser {
+	void operator()(DIR* folder) const noexcept { closedir(folder); }
+};
+
+/// Whoever writes such a file holds its lock.
+void RemoveIfAbandoned(const std::string& path) {
+	const int descriptor = open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+	if (descriptor < 0)
+		return;
+	struct stat status;
+	if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid() &&
+	    flock(descriptor, LOCK_EX | LOCK_NB) == 0)
+		unlink(path.c_str());
+	close(descriptor);
+}
+
+/// False if somebody took the file for an abandoned one before it was locked. Without locks it is nobody's.
+bool IsOurs(int descriptor) {
+	struct stat status;
+	if (flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+		return false;
+	return fstat(descriptor, &status) != 0 || status.st_nlink > 0;
 }
 
 } // namespace
@@ -79,10 +109,15 @@ bool TFileReplacement::Check() {
 }
 
 void TFileReplacement::Open() {
-	do {
-		mTemporary = FolderOf(mPath) + UniqueFileName({}, ".tmp").CString();
-		mDescriptor = open(mTemporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-	} while (mDescriptor < 0 && errno == EEXIST); // another process took the name first
+	for (;;) {
+		mTemporary = FolderOf(mPath) + UniqueFileName({}, kEnding).CString();
+		mDescriptor = open(mTemporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+		if (mDescriptor < 0 && errno == EEXIST)
+			continue; // another process took the name first
+		if (mDescriptor < 0 || IsOurs(mDescriptor))
+			break;
+		close(mDescriptor);
+	}
 	if (!Require(mDescriptor >= 0)) {
 		mTemporary.clear();
 		return;
@@ -104,13 +139,28 @@ bool TFileReplacement::Write(std::span<const uint8_t> bytes) {
 }
 
 bool TFileReplacement::Commit() {
-	if (!IsGood() || !Require(fsync(mDescriptor) == 0) || !Require(close(std::exchange(mDescriptor, -1)) == 0))
+	if (!IsGood() || !Require(fsync(mDescriptor) == 0))
 		return false;
-	if (!Require(std::rename(mTemporary.c_str(), mPath.c_str()) == 0))
+	const int lock = dup(mDescriptor); // until the file has its name
+	const bool isDone = Require(close(std::exchange(mDescriptor, -1)) == 0) &&
+	                    Require(std::rename(mTemporary.c_str(), mPath.c_str()) == 0);
+	if (lock >= 0)
+		close(lock);
+	if (!isDone)
 		return false;
 	mTemporary.clear();
 	BringToDisk(FolderOf(mPath));
 	return true;
+}
+
+void TFileReplacement::RemoveAbandoned(const std::string& target) {
+	const std::string folder = FolderOf(target.ends_with('/') ? target : BehindLinks(target));
+	const std::unique_ptr<DIR, TFolderCloser> listing(opendir(folder.empty() ? "." : folder.c_str()));
+	while (const dirent* entry = listing ? readdir(listing.get()) : nullptr) {
+		const std::string_view name = entry->d_name;
+		if (name.starts_with(kBeginning) && name.ends_with(kEnding))
+			RemoveIfAbandoned(folder + entry->d_name);
+	}
 }
 
 TString TFileReplacement::ErrorText() const {

@@ -37,11 +37,15 @@ public:
 	/// The errno of that; 0 while all is good.
 	int Error() const noexcept { return mError; }
 
-	/// For those who write by themselves; -1 if the file could not be made.
+	/// For those who write, and read, by themselves; -1 if the file could not be made.
 	int Descriptor() const noexcept { return mDescriptor; }
 
 	/// Empty once it is renamed or removed.
 	const std::string& TemporaryPath() const noexcept { return mTemporary; }
+
+	/// What processes that were killed have left beside a file that is to be replaced goes; what is being written
+	/// stays.
+	static void RemoveAbandoned(const std::string& target);
 
 	bool Write(std::span<const uint8_t> bytes);
 	/// Brings the contents to the disk and to their place.
