@@ -5,7 +5,6 @@
 # digit.
 # Usage: scripts/count-instructions.sh [--editor|--whole-editor] [CASE...]
 set -euo pipefail
-source "$(dirname "$0")/help.sh"
 cd "$(dirname "$0")/.."
 
 count=build/release/bin/vortel2-count
@@ -22,9 +21,6 @@ elif [ "${1:-}" = --whole-editor ]; then
   short=10
   long=50
 fi
-scripts/install-packages.sh
-cmake --preset release >/dev/null
-cmake --build --preset release --target "$(basename "$count")" >&2
 out=$(mktemp)
 trap 'rm -f "$out"' EXIT
 

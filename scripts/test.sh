@@ -1,8 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is needed, builds the release preset and runs every test. Takes a quarter of an hour the first time.
-# Usage: scripts/test.sh
+# Installs what is needed, builds the release preset and runs every test.
 set -euo pipefail
-source "$(dirname "$0")/help.sh"
 cd "$(dirname "$0")/.."
 
 scripts/install-packages.sh

@@ -86,7 +86,7 @@ std::string TVortel2Test::Render(const std::string& name, const TArguments& argu
 	words.insert(words.end(), arguments.begin(), arguments.end());
 	const TRunResult result = Run(words);
 	EXPECT_EQ(result.mStatus, 0) << result.mErrors;
-	EXPECT_EQ(result.mOutput + result.mErrors, "");
+	EXPECT_EQ(result.mOutput, "");
 	return Bytes(name);
 }
 

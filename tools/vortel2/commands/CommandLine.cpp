@@ -10,16 +10,17 @@
 #include "tools/vortel2/commands/SnapshotCommand.h"
 #include "tools/vortel2/commands/TBankCommands.h"
 #include "tools/vortel2/editor/TSnapshotOptions.h"
+#include "tools/vortel2/files/TNotices.h"
 #include "tools/vortel2/files/ToolErrors.h"
 #include "tools/vortel2/manual/Completions.h"
 #include "tools/vortel2/manual/ManualPage.h"
 #include "tools/vortel2/open/TOpenOptions.h"
 #include "tools/vortel2/options/AddOption.h"
+#include "tools/vortel2/options/Nearest.h"
 #include "tools/vortel2/sound/TLevels.h"
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -36,12 +37,70 @@ void PrintResult(const std::string& text) {
 		throw TWorkError(std::string("standard output: ") + std::strerror(errno));
 }
 
-/// Names and texts from outside may hold anything; the message stays one line.
-int Complain(std::string message, EExitStatus status) {
-	std::replace_if(
-	    message.begin(), message.end(), [](unsigned char c) { return c < ' ' || c == 127; }, ' ');
-	std::fprintf(stderr, "vortel2: %s\n", message.c_str());
+int Complain(const std::string& message, EExitStatus status) {
+	PrintMessage(message);
 	return status;
+}
+
+std::vector<std::string> NamesOfCommands(const CLI::App& app) {
+	std::vector<std::string> names;
+	for (const CLI::App* command :
+	     app.get_subcommands([](const CLI::App* command) { return !command->get_group().empty(); }))
+		names.push_back(command->get_name());
+	return names;
+}
+
+std::vector<std::string> NamesOfOptions(const CLI::App& app) {
+	std::vector<std::string> names;
+	for (const CLI::Option* option : app.get_options())
+		if (!option->get_lnames().empty())
+			names.push_back("--" + option->get_lnames().front());
+	return names;
+}
+
+/// "bank show: ", in front of what is wrong there; nothing where no command is known.
+std::string Place(const CLI::App& app) {
+	std::string name;
+	for (const CLI::App* command = &app; command->get_parent(); command = command->get_parent())
+		name = command->get_name() + (name.empty() ? "" : " ") + name;
+	return name.empty() ? name : name + ": ";
+}
+
+/// The innermost command on the command line.
+const CLI::App& CommandOf(const CLI::App& app) {
+	const auto commands = app.get_subcommands();
+	return commands.empty() ? app : CommandOf(*commands.front());
+}
+
+/// What is wrong with a word that nothing takes.
+std::string RefuseWord(const CLI::App& command, const std::string& word) {
+	const std::string where = Place(command) + "\"" + word + "\" is ";
+	if (word.size() > 1 && word[0] == '-') {
+		const std::string option = word.substr(0, word.find('='));
+		return where + "not an option" + DidYouMean(option, NamesOfOptions(command));
+	}
+	const std::vector<std::string> commands = NamesOfCommands(command);
+	if (!commands.empty())
+		return where + "not a command" + DidYouMean(word, commands);
+	return where + "one argument too many";
+}
+
+/// The library's messages say what it has counted; a person looks for the option.
+std::string InOurWords(const CLI::App& app, const CLI::ParseError& error) {
+	const CLI::App& command = CommandOf(app);
+	const std::string text = error.what();
+	const std::string prefix = Place(command);
+	const bool lacksCommand = text.starts_with("A subcommand");
+	const std::vector<std::string> rest = app.remaining(true);
+	if (!rest.empty() && (lacksCommand || dynamic_cast<const CLI::ExtrasError*>(&error)))
+		return RefuseWord(command, rest.front());
+	if (lacksCommand)
+		return prefix + "a subcommand is missing: " + Listed(NamesOfCommands(command));
+	const std::size_t missing = text.find(": 1 required ");
+	if (missing != std::string::npos && text.ends_with(" missing"))
+		return prefix + text.substr(0, missing) + " " + text.substr(missing + 13, text.size() - missing - 21) +
+		       ": the value is missing";
+	return prefix + text;
 }
 
 /// The commands; each does its work while the command line is being read, as its last option has been.
@@ -61,7 +120,7 @@ public:
 		AddValue();
 		AddLevels();
 		AddNames();
-		mBank.AddTo(mApp, &PrintResult);
+		mBank.AddTo(mApp, &PrintResult, mNotices);
 		AddDescribe();
 	}
 
@@ -71,6 +130,11 @@ public:
 			throw TUsageError("a command is missing; vortel2 --help lists them");
 	}
 
+	/// When all is done.
+	void PrintNotices() { mNotices.Print(); }
+
+	std::string Explain(const CLI::ParseError& error) const { return InOurWords(mApp, error); }
+
 	std::string Help() const { return mApp.help(); }
 
 	std::string Version() const { return mApp.version(); }
@@ -79,26 +143,26 @@ private:
 	void AddRender() {
 		CLI::App* command = mApp.add_subcommand("render", "Run a sound file through one instance of the plug-in");
 		mRender.AddOptions(*command);
-		command->final_callback([this] { RunRender(mRender); });
+		command->final_callback([this] { RunRender(mRender, mNotices); });
 	}
 
 	void AddOpen() {
 		CLI::App* command = mApp.add_subcommand("open", "Open the editor in a window, with a loop playing round");
 		mOpen.AddOptions(*command);
-		command->final_callback([this] { RunOpen(mOpen); });
+		command->final_callback([this] { RunOpen(mOpen, mNotices); });
 	}
 
 	void AddSnapshot() {
 		CLI::App* command =
 		    mApp.add_subcommand("snapshot", "Open the editor in memory, play a script on it, and write its picture");
 		mSnapshot.AddOptions(*command);
-		command->final_callback([this] { RunSnapshot(mSnapshot); });
+		command->final_callback([this] { RunSnapshot(mSnapshot, mNotices); });
 	}
 
 	void AddParams() {
 		CLI::App* command = mApp.add_subcommand("params", "List the 210 parameters: id, name, unit, default");
-		AddFlag(*command, "--json", "as a JSON array", mAsJson);
-		command->final_callback([this] { PrintResult(ListParameters(mAsJson)); });
+		mParams.AddOptions(*command);
+		command->final_callback([this] { PrintResult(ListParameters(mParams)); });
 	}
 
 	void AddText() {
@@ -123,8 +187,12 @@ private:
 		command->add_option("FILE", mFiles, "sound files, mono or stereo")->required();
 		command->final_callback([this] {
 			for (const std::string& file : mFiles) {
+				if (file.empty())
+					TOptionText("FILE", file).FailEmpty();
 				TSoundFileReader reader(file);
 				PrintResult(file + ": " + TLevels::Measure(reader).InWords() + "\n");
+				if (!reader.Shortfall().empty())
+					mNotices.Warn(reader.Shortfall());
 			}
 		});
 	}
@@ -159,10 +227,11 @@ private:
 	}
 
 	CLI::App mApp;
+	TNotices mNotices;
 	TRenderOptions mRender;
 	TOpenOptions mOpen;
 	TSnapshotOptions mSnapshot;
-	bool mAsJson = false;
+	TParameterList mParams;
 	TParameterQuery mText;
 	TParameterQuery mValue;
 	std::vector<std::string> mFiles;
@@ -175,12 +244,13 @@ private:
 int Run(TCommandLine& commandLine, int argc, char** argv) {
 	try {
 		commandLine.Parse(argc, argv);
+		commandLine.PrintNotices();
 	} catch (const CLI::CallForHelp&) {
 		PrintResult(commandLine.Help());
 	} catch (const CLI::CallForVersion&) {
 		PrintResult(commandLine.Version() + "\n");
 	} catch (const CLI::ParseError& error) {
-		return Complain(error.what(), kBadUsage);
+		return Complain(commandLine.Explain(error), kBadUsage);
 	}
 	return kDone;
 }

@@ -8,6 +8,7 @@
 #include "platform/TPlatform.h"
 #include "tools/vortel2/documents/DocumentFiles.h"
 #include "tools/vortel2/documents/TInstance.h"
+#include "tools/vortel2/files/TNotices.h"
 #include "tools/vortel2/files/ToolErrors.h"
 #include "tools/vortel2/gallery/TGalleryView.h"
 #include "tools/vortel2/open/TLoopPlayer.h"
@@ -21,7 +22,7 @@
 
 namespace {
 
-TStereoSound ReadSound(const std::string& path) {
+TStereoSound ReadSound(const std::string& path, TNotices& notices) {
 	if (path.empty())
 		return MakeDemoLoop();
 	TSoundFileReader file(path);
@@ -33,6 +34,8 @@ TStereoSound ReadSound(const std::string& path) {
 		sound.mLeft.insert(sound.mLeft.end(), left.begin(), left.begin() + static_cast<std::ptrdiff_t>(frames));
 		sound.mRight.insert(sound.mRight.end(), right.begin(), right.begin() + static_cast<std::ptrdiff_t>(frames));
 	}
+	if (!file.Shortfall().empty())
+		notices.Warn(file.Shortfall());
 	if (sound.mLeft.empty())
 		throw TWorkError(path + ": there is no sound in it");
 	return sound;
@@ -74,20 +77,22 @@ private:
 
 } // namespace
 
-void RunOpen(const TOpenOptions& options) {
+void RunOpen(const TOpenOptions& options, TNotices& notices) {
 	TProgramInstance::SetUsesPreferences(true);
 	if (!options.mEditor.mPreferences.empty())
 		Folders::UsePreferences(
 		    TDirectory(TString(std::filesystem::absolute(options.mEditor.mPreferences).c_str(), kUtf8Encoding)));
 	TInstance instance;
 	instance.WithDocument([&](TVortelDocument& document) { options.mEditor.mSettings.ApplyTo(document); });
-	TLoopPlayer player(instance.Shell(), ReadSound(options.mInput), options.mTempo);
+	TLoopPlayer player(instance.Shell(), ReadSound(options.mInput, notices), options.mTempo);
 	std::unique_ptr<TOpenEditor> editor;
 	TPlatform* platform = nullptr;
 	instance.Shell().AsGui([&] {
 		editor = std::make_unique<TOpenEditor>(instance, options, player);
 		platform = TPlatform::Instance();
 	});
+	options.mEditor.mSettings.Report(notices);
+	notices.Print();
 	{
 		const std::unique_ptr<TSoundOutput> output = TSoundOutput::Open(player, options.mSilent);
 		while (instance.Shell().AsGui([&] { return editor->Tick() && platform->WaitForTick(); })) {

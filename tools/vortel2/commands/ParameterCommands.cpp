@@ -2,6 +2,8 @@
 #include "tools/vortel2/commands/ParameterCommands.h"
 
 #include "tools/vortel2/documents/TInstance.h"
+#include "tools/vortel2/options/AddOption.h"
+#include "tools/vortel2/options/Nearest.h"
 
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
@@ -9,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <optional>
 
 namespace {
 
@@ -18,18 +21,46 @@ struct TRow {
 	std::string mUnit;
 	float mDefault;
 	std::string mText;
+	std::optional<TParameterRange> mRange;
 };
 
-std::vector<TRow> CollectRows() {
+/// The device by its index, its prefix in names, or its name or the beginning of that.
+int32_t DeviceOf(const std::string& text) {
+	const std::string typed = LowerCase(text);
+	std::vector<std::string> known;
+	std::vector<int32_t> found;
+	for (int32_t device = 0; device < TVortelParameterTable::kNumberOfDevices; ++device) {
+		const TVortelDeviceDeclaration& declaration = TVortelParameterTable::Device(device);
+		known.insert(known.end(), {declaration.mPrefix, declaration.mName});
+		const bool isRandomizer = device == 0 && typed == "rnd";
+		if (typed == std::to_string(device) || typed == LowerCase(declaration.mPrefix) || isRandomizer)
+			return device;
+		if (LowerCase(declaration.mName).starts_with(typed))
+			found.push_back(device);
+	}
+	if (found.size() != 1)
+		TOptionText("DEVICE", text)
+		    .Fail("is not a device: 0 to 10, a prefix such as RET, or a name" + DidYouMean(text, known));
+	return found.front();
+}
+
+std::vector<TRow> CollectRows(const TParameterList& list) {
+	const bool isWhole = list.mDevice.empty();
+	const int32_t device = isWhole ? 0 : DeviceOf(list.mDevice);
 	const TInstance instance;
-	return instance.WithDocument([](TVortelDocument& document) {
+	return instance.WithDocument([&](TVortelDocument& document) {
 		std::vector<TRow> rows;
 		for (int32_t id = 0; id < TVortelDocument::kNumberOfParameters; ++id) {
+			const bool isListed =
+			    TVortelParameterTable::DeviceOfParameter(id) == device && (list.mHasAll || !IsUnusedParameter(id));
+			if (!isWhole && !isListed)
+				continue;
 			const auto title = document.ParameterName(id);
 			const float value = TVortelParameterTable::Defaults()[static_cast<std::size_t>(id)];
 			rows.push_back(
 			    {std::to_string(id), title.mName.CString(), title.mUnit.CString(), value,
-			     document.ParameterValueText(id, value).CString()});
+			     document.ParameterValueText(id, value).CString(),
+			     isWhole ? std::nullopt : std::optional(RangeOf(document, id))});
 		}
 		return rows;
 	});
@@ -54,15 +85,23 @@ std::string Padded(const std::string& text, std::size_t width) {
 std::string AsTable(const std::vector<TRow>& rows) {
 	std::size_t nameWidth = 0;
 	std::size_t unitWidth = 0;
+	std::size_t textWidth = 0;
 	for (const TRow& row : rows) {
 		nameWidth = std::max(nameWidth, Width(row.mName));
 		unitWidth = std::max(unitWidth, Width(row.mUnit));
+		textWidth = std::max(textWidth, Width(row.mText));
 	}
 	std::string table;
 	for (const TRow& row : rows)
 		table += Padded(row.mId, 3) + "  " + Padded(row.mName, nameWidth) + "  " + Padded(row.mUnit, unitWidth) + "  " +
-		         row.mText + "\n";
+		         (row.mRange ? Padded(row.mText, textWidth) + "  " + row.mRange->InWords() : row.mText) + "\n";
 	return table;
+}
+
+std::string RangeAsJson(const TParameterRange& range) {
+	if (!range.mNames.empty())
+		return ", \"values\": " + nlohmann::json(range.mNames).dump();
+	return ", \"first\": " + nlohmann::json(range.mFirst).dump() + ", \"last\": " + nlohmann::json(range.mLast).dump();
 }
 
 std::string AsJson(const std::vector<TRow>& rows) {
@@ -71,7 +110,8 @@ std::string AsJson(const std::vector<TRow>& rows) {
 	for (const TRow& row : rows)
 		array += std::string(&row == rows.data() ? "\n" : ",\n") + "{\"id\": " + row.mId +
 		         ", \"name\": " + quoted(row.mName) + ", \"unit\": " + quoted(row.mUnit) +
-		         ", \"default\": " + NineDigits(row.mDefault) + ", \"text\": " + quoted(row.mText) + "}";
+		         ", \"default\": " + NineDigits(row.mDefault) + ", \"text\": " + quoted(row.mText) +
+		         (row.mRange ? RangeAsJson(*row.mRange) : "") + "}";
 	return array + "\n]\n";
 }
 
@@ -81,13 +121,19 @@ int32_t ParseId(const TParameterQuery& query) {
 
 } // namespace
 
-std::string ListParameters(bool asJson) {
-	const std::vector<TRow> rows = CollectRows();
-	return asJson ? AsJson(rows) : AsTable(rows);
+void TParameterList::AddOptions(CLI::App& app) {
+	AddArgument(app, "DEVICE", "only this device (RET, 3, Retrigger), and what its parameters can be", mDevice, false);
+	AddFlag(app, "--json", "as a JSON array", mIsJson);
+	AddFlag(app, "--all", "of a device, also the ids that it does not use", mHasAll);
+}
+
+std::string ListParameters(const TParameterList& list) {
+	const std::vector<TRow> rows = CollectRows(list);
+	return list.mIsJson ? AsJson(rows) : AsTable(rows);
 }
 
 void TParameterQuery::AddOptions(CLI::App& app, const std::string& argumentName, const std::string& help) {
-	app.add_option("ID", mId, "a parameter, 0 to 209")->required();
+	AddArgument(app, "ID", "a parameter, 0 to 209", mId);
 	app.add_option(argumentName, mArguments, help)->required();
 	mSettings.AddParameterOption(app);
 }

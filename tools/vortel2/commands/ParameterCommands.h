@@ -6,8 +6,18 @@
 #include <string>
 #include <vector>
 
-/// A line per parameter: id, host name, unit, default as text; or the same as a JSON array.
-std::string ListParameters(bool asJson);
+/// What the command line says for the command `params`.
+struct TParameterList {
+	bool mIsJson = false;
+	std::string mDevice;  // empty: all parameters, without their ranges
+	bool mHasAll = false; // of a device: the ids that it leaves over, too
+
+	void AddOptions(CLI::App& app);
+};
+
+/// A line per parameter: id, host name, unit, default as text; or the same as a JSON array. Of one device also what the
+/// parameters can be. Throws a TUsageError for a device that is none.
+std::string ListParameters(const TParameterList& list);
 
 /// What the command line says for the commands `text` and `value`.
 struct TParameterQuery {

@@ -8,6 +8,7 @@
 #include "tools/vortel2/editor/TMemoryEditor.h"
 #include "tools/vortel2/editor/TScriptPlayer.h"
 #include "tools/vortel2/editor/TSnapshotOptions.h"
+#include "tools/vortel2/files/TNotices.h"
 #include "tools/vortel2/gallery/TGalleryView.h"
 
 #include <filesystem>
@@ -34,13 +35,15 @@ void UsePreferences(const std::string& folder) {
 
 } // namespace
 
-void RunSnapshot(const TSnapshotOptions& options) {
+void RunSnapshot(const TSnapshotOptions& options, TNotices& notices) {
+	options.CheckFiles();
 	std::vector<Script::TLine> lines;
 	if (!options.mScript.empty())
 		lines = Script::Read(options.mScript, &TKeyboardTranslator::CodeOfFixedName);
 	UsePreferences(options.mEditor.mPreferences);
 	TInstance instance;
 	instance.WithDocument([&](TVortelDocument& document) { options.mEditor.mSettings.ApplyTo(document); });
+	options.mEditor.mSettings.Report(notices);
 	TMemoryEditor editor(instance, SetupFrom(options));
 	TScriptPlayer(instance, editor, std::move(lines)).Play();
 	if (!options.mViews.empty())

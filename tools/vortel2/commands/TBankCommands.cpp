@@ -3,13 +3,21 @@
 
 #include "framework/foundation/values/TRandom.h"
 #include "tools/vortel2/documents/DocumentFiles.h"
+#include "tools/vortel2/documents/ProgramNames.h"
 #include "tools/vortel2/documents/TBankSource.h"
 #include "tools/vortel2/documents/TInstance.h"
+#include "tools/vortel2/files/CheckFiles.h"
+#include "tools/vortel2/files/TNotices.h"
 #include "tools/vortel2/files/ToolErrors.h"
 #include "tools/vortel2/options/AddOption.h"
 #include "tools/vortel2/render/TScenePlayer.h"
 
 #include <CLI/CLI.hpp>
+
+#include <array>
+#include <cstdio>
+#include <random>
+#include <unistd.h>
 
 namespace {
 
@@ -41,8 +49,12 @@ std::string BankInWords(TVortelDocument& document) {
 		if (document.Program(i)->IsInitialized())
 			continue;
 		++count;
-		text += "  " + std::to_string(i) + "  " + ProgramLine(*document.Program(i));
+		std::array<char, 32> numbers;
+		std::snprintf(numbers.data(), numbers.size(), "%5d  %8d  ", i, i + 1);
+		text += numbers.data() + ProgramLine(*document.Program(i));
 	}
+	if (count > 0)
+		text = "index  in hosts  name\n" + text;
 	return "programs with content: " + std::to_string(count) +
 	       ", active: " + std::to_string(document.CurrentProgramIndex()) + "\n" + text;
 }
@@ -55,21 +67,28 @@ void RandomizeProgram(TVortelDocument& document) {
 
 } // namespace
 
-void TBankCommands::AddTo(CLI::App& app, std::function<void(const std::string&)> print) {
+void TBankCommands::AddTo(CLI::App& app, std::function<void(const std::string&)> print, TNotices& notices) {
 	CLI::App* bank = app.add_subcommand("bank", "Look at, make and convert program and bank files");
 	bank->require_subcommand(1);
 	Add(*bank, "show", "Print what a file holds, in words", kFile, "")->final_callback([this, print] {
 		print(Show());
 	});
-	Add(*bank, "convert", "Save a file anew, as this version does", kFile, kFile)->final_callback([this] {
-		Convert();
+	CLI::App* convert =
+	    Add(*bank, "convert", "Save a file anew, as this version does; take a program out of a bank, or put one in",
+	        kFile, kFile);
+	AddOption(*convert, "--program-index", "N", "the bank's program, 0 to 15", [this](const TOptionText& text) {
+		mProgramIndex = text.Integer(0, TVortelDocument::kNumberOfPrograms - 1);
 	});
+	AddOption(*convert, "--program-name", "NAME", "the bank's program, by name", [this](const TOptionText& text) {
+		mProgramName = text.Text();
+	});
+	convert->final_callback([this, &notices] { Convert(notices); });
 	Add(*bank, "init", "Write a fresh bank or program", "", kFile)->final_callback([this] { Init(); });
 	CLI::App* random = Add(*bank, "random", "Write a bank or program with random content", "", kFile);
 	AddOption(*random, "--seed", "N", "the same content for the same N", [this](const TOptionText& text) {
 		mSeed = text.RandomSeed();
 	});
-	random->final_callback([this] { Randomize(); });
+	random->final_callback([this, &notices] { Randomize(notices); });
 	Add(*bank, "chunk", "Write what a host is given to keep", kFile, "the bytes")->final_callback([this] {
 		WriteChunk();
 	});
@@ -85,9 +104,9 @@ CLI::App* TBankCommands::Add(
     const std::string& output) {
 	CLI::App* command = parent.add_subcommand(name, help);
 	if (!input.empty())
-		command->add_option(output.empty() ? "FILE" : "IN", mInput, input)->required();
+		AddArgument(*command, output.empty() ? "FILE" : "IN", input, mInput);
 	if (!output.empty())
-		command->add_option("OUT", mOutput, output)->required();
+		AddArgument(*command, "OUT", output, mOutput);
 	return command;
 }
 
@@ -102,14 +121,57 @@ std::string TBankCommands::Show() const {
 	});
 }
 
-void TBankCommands::Convert() const {
-	if (DocumentFiles::KindOf(mInput) != DocumentFiles::KindOf(mOutput))
-		throw TUsageError("bank convert: \"" + mInput + "\" and \"" + mOutput + "\" are not of one kind");
+void TBankCommands::CheckFiles() const {
+	CheckOutputs(std::vector<TNamedFile>{{"OUT", mOutput}}, std::vector<TNamedFile>{{"IN", mInput}});
+}
+
+void TBankCommands::Convert(TNotices& notices) const {
+	CheckFiles();
+	const EKind from = DocumentFiles::KindOf(mInput);
+	const EKind to = DocumentFiles::KindOf(mOutput);
+	const bool isChosen = mProgramIndex || !mProgramName.empty();
+	if (mProgramIndex && !mProgramName.empty())
+		throw TUsageError("--program-name: --program-index chooses a program, too");
+	if (from != to && !isChosen)
+		throw TUsageError(
+		    "bank convert: \"" + mInput + "\" and \"" + mOutput +
+		    "\" are not of one kind; --program-index or --program-name says which program of the bank is meant");
+	if (from == to && isChosen)
+		throw TUsageError(
+		    std::string(mProgramIndex ? "--program-index" : "--program-name") +
+		    ": chooses a program where one file is a bank and the other a program");
 	const TInstance instance;
 	instance.WithDocument([&](TVortelDocument& document) {
-		DocumentFiles::Load(document, mInput);
+		if (from == to)
+			DocumentFiles::Load(document, mInput);
+		else if (from == EKind::kBank)
+			TakeProgramOut(document, notices);
+		else
+			PutProgramIn(document);
 		DocumentFiles::Save(document, mOutput);
 	});
+}
+
+void TBankCommands::TakeProgramOut(TVortelDocument& document, TNotices& notices) const {
+	DocumentFiles::LoadBank(document, mInput);
+	const int32_t index = ChosenProgram(document);
+	document.SetCurrentProgramIndex(index);
+	if (document.ActiveProgram()->IsInitialized())
+		notices.Warn(mOutput + ": program " + std::to_string(index) + " of " + mInput + " is empty");
+}
+
+/// Into the bank that is there, whose other programs stay, or into a fresh one.
+void TBankCommands::PutProgramIn(TVortelDocument& document) const {
+	if (access(mOutput.c_str(), F_OK) == 0)
+		DocumentFiles::LoadBank(document, mOutput);
+	const int32_t active = document.CurrentProgramIndex();
+	document.SetCurrentProgramIndex(ChosenProgram(document));
+	DocumentFiles::LoadProgram(document, mInput);
+	document.SetCurrentProgramIndex(active);
+}
+
+int32_t TBankCommands::ChosenProgram(TVortelDocument& document) const {
+	return mProgramIndex ? *mProgramIndex : ProgramNamed(document, {"--program-name", mProgramName});
 }
 
 void TBankCommands::Init() const {
@@ -117,12 +179,14 @@ void TBankCommands::Init() const {
 	instance.WithDocument([&](TVortelDocument& document) { DocumentFiles::Save(document, mOutput); });
 }
 
-void TBankCommands::Randomize() const {
+void TBankCommands::Randomize(TNotices& notices) const {
 	const EKind kind = DocumentFiles::KindOf(mOutput);
+	const uint32_t seed = mSeed ? *mSeed : std::random_device()();
+	if (!mSeed)
+		notices.Remark("bank random has taken the seed " + std::to_string(seed));
 	const TInstance instance;
 	instance.WithDocument([&](TVortelDocument& document) {
-		if (mSeed)
-			TRandom::SetState(*mSeed);
+		TRandom::SetState(seed);
 		if (kind == EKind::kBank)
 			document.RandomizeAllPrograms();
 		else
@@ -132,6 +196,7 @@ void TBankCommands::Randomize() const {
 }
 
 void TBankCommands::WriteChunk() const {
+	CheckFiles();
 	const TInstance instance;
 	instance.WithDocument([&](TVortelDocument& document) {
 		TStream chunk;
@@ -146,6 +211,7 @@ void TBankCommands::WriteChunk() const {
 }
 
 void TBankCommands::Build() const {
+	CheckFiles();
 	if (DocumentFiles::KindOf(mOutput) != EKind::kBank)
 		throw TUsageError("bank build: \"" + mOutput + "\" does not end in .v2bnk");
 	const TBankSource source(mInput);

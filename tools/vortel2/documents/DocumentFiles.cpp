@@ -34,11 +34,15 @@ void LoadNode(TDocumentNode& node, const std::string& path) {
 } // namespace
 
 DocumentFiles::EKind DocumentFiles::KindOf(const std::string& path) {
-	if (path.ends_with(".v2prg"))
+	return KindOf(TOptionText("bank", path));
+}
+
+DocumentFiles::EKind DocumentFiles::KindOf(const TOptionText& path) {
+	if (path.Text().ends_with(".v2prg"))
 		return EKind::kProgram;
-	if (path.ends_with(".v2bnk"))
+	if (path.Text().ends_with(".v2bnk"))
 		return EKind::kBank;
-	throw TUsageError("bank: \"" + path + "\" ends neither in .v2prg nor in .v2bnk");
+	path.Fail("ends neither in .v2prg nor in .v2bnk");
 }
 
 void DocumentFiles::LoadBank(TVortelDocument& document, const std::string& path) {
@@ -64,11 +68,15 @@ DocumentFiles::EKind DocumentFiles::Load(TVortelDocument& document, const std::s
 }
 
 void DocumentFiles::Save(TVortelDocument& document, const std::string& path) {
+	WriteBytes(path, Saved(document, path).Bytes());
+}
+
+TStream DocumentFiles::Saved(TVortelDocument& document, const std::string& path) {
 	TStream bytes;
 	const bool isBank = KindOf(path) == EKind::kBank;
 	TDocumentNode& node = isBank ? static_cast<TDocumentNode&>(document) : *document.ActiveProgram();
 	NamingTheFile(path, [&] { node.SaveToStream(bytes, false); });
-	WriteBytes(path, bytes.Bytes());
+	return bytes;
 }
 
 void DocumentFiles::WriteBytes(const std::string& path, std::span<const uint8_t> bytes) {

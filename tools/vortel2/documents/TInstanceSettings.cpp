@@ -4,20 +4,20 @@
 #include "document/TVortelGaterDevice.h"
 #include "framework/foundation/values/TRandom.h"
 #include "tools/vortel2/documents/DocumentFiles.h"
+#include "tools/vortel2/documents/ProgramNames.h"
+#include "tools/vortel2/files/TNotices.h"
+#include "tools/vortel2/files/ToolErrors.h"
 #include "tools/vortel2/options/AddOption.h"
 
 #include <array>
-#include <cmath>
-#include <cstdlib>
 #include <limits>
+#include <random>
 #include <string_view>
 
 namespace {
 
 constexpr std::array<std::string_view, 3> kTriggerModes{"host", "gate", "latch"};
 constexpr std::array<std::string_view, 4> kQuantizeFactors{"off", "beat", "8th", "16th"};
-/// What fills the ids that a device leaves over: no name to choose one of them by.
-constexpr std::string_view kPlaceholder = ":Unused";
 
 TVortelProgram::TDeviceOrder ParseOrder(const TOptionText& text) {
 	const std::vector<TOptionText> parts = text.List();
@@ -53,43 +53,7 @@ std::vector<float> ParseLevels(const TOptionText& text) {
 	return levels;
 }
 
-std::string FileName(const TOptionText& text) {
-	if (text.Text().empty())
-		text.Fail("is not the name of a file");
-	return text.Text();
-}
-
-/// Two parameters of a device may share a name (its filter's type and its own): the one that reads the text is meant.
-std::pair<int32_t, float> ParseNamed(TVortelDocument& document, const TOptionText& setting) {
-	const auto [name, text] = setting.SplitAt('=', "ID=VALUE or NAME=TEXT");
-	if (name.Text().ends_with(kPlaceholder))
-		name.Fail("is not the name of a parameter");
-	bool exists = false;
-	for (int32_t id = 0; id < TVortelDocument::kNumberOfParameters; ++id) {
-		if (name.Text() != TVortelParameterTable::HostName(id).CString())
-			continue;
-		exists = true;
-		float value = 0.0f;
-		if (ParseParameterText(document, id, text.Text(), value))
-			return {id, value};
-	}
-	if (!exists)
-		name.Fail("is not the name of a parameter");
-	text.Fail("is not a value of " + name.Text());
-}
-
 } // namespace
-
-bool ParseParameterText(TVortelDocument& document, int32_t id, const std::string& text, float& value) {
-	// A parameter would take "inf" into its range.
-	const double number = std::strtod(text.c_str(), nullptr);
-	float parsed = 0.0f;
-	if (!std::isfinite(number) || !document.ParameterValueFromText(id, TString(text.c_str(), kUtf8Encoding), parsed) ||
-	    !std::isfinite(parsed))
-		return false;
-	value = parsed;
-	return true;
-}
 
 void TInstanceSettings::AddOptions(CLI::App& app) {
 	AddPlaceOptions(app);
@@ -103,13 +67,16 @@ void TInstanceSettings::AddContentOptions(CLI::App& app) {
 }
 
 void TInstanceSettings::AddPlaceOptions(CLI::App& app) {
-	AddOption(app, "--bank", "FILE", "load a bank", [this](const TOptionText& text) { mBankFile = FileName(text); });
+	AddOption(app, "--bank", "FILE", "load a bank", [this](const TOptionText& text) { mBankFile = text.Text(); });
 	AddOption(app, "--program", "FILE", "load a program into the active one", [this](const TOptionText& text) {
-		mProgramFile = FileName(text);
+		mProgramFile = text.Text();
 	});
-	AddOption(app, "--program-index", "N", "make program N (0 to 15) active", [this](const TOptionText& text) {
-		mProgramIndex = text.Integer(0, TVortelDocument::kNumberOfPrograms - 1);
-	});
+	AddOption(
+	    app, "--program-index", "N", "make program N active, 0 to 15 (hosts count from 1)",
+	    [this](const TOptionText& text) { mProgramIndex = text.Integer(0, TVortelDocument::kNumberOfPrograms - 1); });
+	AddOption(
+	    app, "--program-name", "NAME", "make the program of the bank active that has this name, or begins so",
+	    [this](const TOptionText& text) { mProgramName = text.Text(); });
 	AddOption(app, "--scene", "N", "make scene N (0 to 127) active", [this](const TOptionText& text) {
 		mSceneIndex = text.Integer(0, TVortelProgram::kNumberOfScenes - 1);
 	});
@@ -140,9 +107,8 @@ void TInstanceSettings::AddSceneOptions(CLI::App& app) {
 	AddNumberIfAnyOption(
 	    app, "--random", "[SEED]", "fill the scene with random content, the same for the same SEED",
 	    [this](const TOptionText& text) {
-		    mRandomize.emplace();
-		    if (!text.Text().empty())
-			    mRandomize->mSeed = text.RandomSeed();
+		    const bool isOurChoice = text.Text().empty();
+		    mRandomize = {isOurChoice ? std::random_device()() : text.RandomSeed(), isOurChoice};
 	    });
 	AddOption(app, "--beats", "N", "beats of the pattern, 1 to 8", [this](const TOptionText& text) {
 		mBeats = text.Integer(1, 8);
@@ -174,10 +140,15 @@ void TInstanceSettings::AddParameterOption(CLI::App& app) {
 
 void TInstanceSettings::AddParameter(const TOptionText& text) {
 	const auto [name, value] = text.SplitAt('=', "ID=VALUE or NAME=TEXT");
-	if (name.Text().find(':') != std::string::npos)
-		mNamedParameters.push_back(text);
+	if (name.IsNumber())
+		mParameters.push_back({name.Integer(0, TVortelDocument::kNumberOfParameters - 1), value.Fraction()});
 	else
-		mParameters.emplace_back(name.Integer(0, TVortelDocument::kNumberOfParameters - 1), value.Fraction());
+		mNamedParameters.push_back(text);
+}
+
+void TInstanceSettings::Report(TNotices& notices) const {
+	if (mRandomize && mRandomize->mIsOurChoice)
+		notices.Remark("--random has taken the seed " + std::to_string(mRandomize->mSeed));
 }
 
 void TInstanceSettings::ApplyTo(TVortelDocument& document) const {
@@ -190,6 +161,10 @@ void TInstanceSettings::ApplyTo(TVortelDocument& document) const {
 void TInstanceSettings::ApplyPlace(TVortelDocument& document) const {
 	if (!mBankFile.empty())
 		DocumentFiles::LoadBank(document, mBankFile);
+	if (mProgramIndex && !mProgramName.empty())
+		throw TUsageError("--program-name: --program-index chooses a program, too");
+	if (!mProgramName.empty())
+		document.SetCurrentProgramIndex(ProgramNamed(document, {"--program-name", mProgramName}));
 	if (mProgramIndex)
 		document.SetCurrentProgramIndex(*mProgramIndex);
 	if (!mProgramFile.empty())
@@ -201,8 +176,7 @@ void TInstanceSettings::ApplyPlace(TVortelDocument& document) const {
 void TInstanceSettings::ApplyProgram(TVortelDocument& document) const {
 	TVortelProgram& program = *document.ActiveProgram();
 	if (mRandomize) {
-		if (mRandomize->mSeed)
-			TRandom::SetState(*mRandomize->mSeed);
+		TRandom::SetState(mRandomize->mSeed);
 		document.RandomizeScene(true);
 	}
 	if (mOrder)
@@ -244,7 +218,8 @@ void TInstanceSettings::ApplyParameters(TVortelDocument& document) const {
 	for (const auto& [id, value] : mParameters)
 		document.SetParameterValue(id, value);
 	for (const TOptionText& setting : mNamedParameters) {
-		const auto [id, value] = ParseNamed(document, setting);
+		const auto [name, text] = setting.SplitAt('=', "ID=VALUE or NAME=TEXT");
+		const auto [id, value] = ReadParameter(document, name, text);
 		document.SetParameterValue(id, value);
 	}
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "document/TVortelDocument.h"
+#include "tools/vortel2/documents/ParameterText.h"
 #include "tools/vortel2/options/TOptionText.h"
 
 #include <cstdint>
@@ -14,9 +14,12 @@ namespace CLI {
 class App;
 }
 
-/// "Randomize scene.", with the general generator set to the seed just before if there is one.
+class TNotices;
+
+/// "Randomize scene.", with the general generator set to the seed just before.
 struct TRandomizeScene {
-	std::optional<uint32_t> mSeed;
+	uint32_t mSeed;
+	bool mIsOurChoice; // the user gave none
 };
 
 /// What the command line sets on a fresh instance. The settings are made in a fixed order, which is that of the
@@ -24,6 +27,7 @@ struct TRandomizeScene {
 struct TInstanceSettings {
 	std::string mBankFile; // empty: none
 	std::optional<int32_t> mProgramIndex;
+	std::string mProgramName; // instead of the index; empty: none
 	std::string mProgramFile; // empty: none
 	std::optional<int32_t> mSceneIndex;
 	std::optional<TRandomizeScene> mRandomize;
@@ -39,7 +43,7 @@ struct TInstanceSettings {
 	std::optional<int32_t> mSeed;
 	std::vector<std::pair<int32_t, std::string>> mSteps; // device, row
 	std::vector<float> mGaterSteps;
-	std::vector<std::pair<int32_t, float>> mParameters; // id, normalised value
+	std::vector<TParameterSetting> mParameters;
 	/// By name: the text is read as the instance stands when its turn comes, since a time mode changes the reading.
 	std::vector<TOptionText> mNamedParameters;
 
@@ -54,6 +58,9 @@ struct TInstanceSettings {
 	/// and a text that it does not read.
 	void ApplyTo(TVortelDocument& document) const;
 
+	/// Tells what a user cannot know and may want to repeat.
+	void Report(TNotices& notices) const;
+
 private:
 	void AddPlaceOptions(CLI::App& app);
 	void AddProgramOptions(CLI::App& app);
@@ -64,6 +71,3 @@ private:
 	void ApplyScene(TVortelDocument& document) const;
 	void ApplyParameters(TVortelDocument& document) const;
 };
-
-/// Reads a text as the parameter shows it, in the state of the document. False leaves value alone.
-bool ParseParameterText(TVortelDocument& document, int32_t id, const std::string& text, float& value);

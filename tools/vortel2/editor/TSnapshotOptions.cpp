@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/vortel2/editor/TSnapshotOptions.h"
 
+#include "tools/vortel2/documents/DocumentFiles.h"
+#include "tools/vortel2/files/CheckFiles.h"
 #include "tools/vortel2/options/AddOption.h"
 
 #include <CLI/CLI.hpp>
@@ -28,11 +30,14 @@ void TEditorOptions::AddOptions(CLI::App& app) {
 	});
 	AddOption(
 	    app, "--save", "FILE", "write the document at the end: a bank, or the active program, by the extension",
-	    [this](const TOptionText& text) { mSave = text.Text(); });
+	    [this](const TOptionText& text) {
+		    DocumentFiles::KindOf(text);
+		    mSave = text.Text();
+	    });
 }
 
 void TSnapshotOptions::AddOptions(CLI::App& app) {
-	app.add_option("OUT.png", mOutput, "the picture")->required();
+	AddArgument(app, "OUT.png", "the picture", mOutput);
 	mEditor.AddOptions(app);
 	AddOption(app, "--dpi", "N", "of the memory screen; default 96", [this](const TOptionText& text) {
 		mDpi = text.Integer(kLowestDpi, kHighestDpi);
@@ -49,4 +54,16 @@ void TSnapshotOptions::AddOptions(CLI::App& app) {
 		    const auto [x, y] = text.SplitAt(',', "X,Y");
 		    mCorner = {x.Integer(-kFarthest, kFarthest), y.Integer(-kFarthest, kFarthest)};
 	    });
+}
+
+// A bank may be opened, edited and saved at its place.
+void TSnapshotOptions::CheckFiles() const {
+	const TNamedFile outputs[] = {{"OUT.png", mOutput}, {"--views", mViews}, {"--save", mEditor.mSave}};
+	const TNamedFile inputs[] = {
+	    {"--bank", mEditor.mSettings.mBankFile},
+	    {"--program", mEditor.mSettings.mProgramFile},
+	    {"--theme", mEditor.mTheme},
+	    {"--script", mScript}};
+	CheckOutputs(outputs, std::span(inputs).subspan(2));
+	CheckOutputs(std::span(outputs).first(2), inputs);
 }

@@ -30,4 +30,6 @@ struct TSnapshotOptions {
 
 	/// This must outlive the parsing.
 	void AddOptions(CLI::App& app);
+	/// After the parsing: nothing is written over what is read. Throws a TUsageError.
+	void CheckFiles() const;
 };

@@ -2,6 +2,7 @@
 #include "tools/vortel2/files/InputFile.h"
 
 #include "framework/foundation/files/WholeFile.h"
+#include "tools/vortel2/files/SpoolFile.h"
 #include "tools/vortel2/files/ToolErrors.h"
 
 #include <cerrno>
@@ -22,6 +23,20 @@ int OpenForReading(const std::string& path) {
 		throw TWorkError(path + ": is a folder");
 	}
 	return descriptor;
+}
+
+int OpenForSeeking(const std::string& path) {
+	if (path != kStandardStream)
+		return OpenForReading(path);
+	if (isatty(STDIN_FILENO) != 0)
+		throw TWorkError("standard input: is a terminal");
+	const int spool = MakeSpoolFile();
+	if (spool >= 0 && CopyBytes(STDIN_FILENO, spool) && lseek(spool, 0, SEEK_SET) == 0)
+		return spool;
+	const TWorkError failure(std::string("standard input: ") + std::strerror(errno));
+	if (spool >= 0)
+		close(spool);
+	throw failure;
 }
 
 std::string ReadInputFile(const std::string& path) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/vortel2/files/TReplacedFile.h"
 
+#include "tools/vortel2/files/SpoolFile.h"
 #include "tools/vortel2/files/ToolErrors.h"
 
 #include <array>
@@ -13,7 +14,8 @@
 
 namespace {
 
-std::array<std::atomic<const char*>, 2> sUnfinished{};
+/// More than ever run side by side; one that finds no place is only not removed by the signal.
+std::array<std::atomic<const char*>, 1024> sUnfinished{};
 static_assert(std::atomic<const char*>::is_always_lock_free, "a signal handler reads it");
 
 /// Puts one pointer in the place of another; null stands for no file.
@@ -40,32 +42,47 @@ bool IsFolder(const std::string& path) {
 
 } // namespace
 
-TReplacedFile::TReplacedFile(std::string target) : mTarget(std::move(target)), mReplacement(mTarget) {
-	if (!mReplacement.IsGood())
+TReplacedFile::TReplacedFile(std::string target) : mTarget(std::move(target)) {
+	if (mTarget == kStandardStream) {
+		mTarget = "standard output";
+		if (isatty(STDOUT_FILENO) != 0)
+			throw TWorkError(mTarget + ": is a terminal");
+		mSpool = MakeSpoolFile();
+		if (mSpool < 0)
+			Fail();
+		return;
+	}
+	TFileReplacement::RemoveAbandoned(mTarget);
+	mReplacement.emplace(mTarget);
+	if (!mReplacement->IsGood())
 		Fail();
-	Exchange(nullptr, mReplacement.TemporaryPath().c_str());
+	Exchange(nullptr, mReplacement->TemporaryPath().c_str());
 }
 
 TReplacedFile::~TReplacedFile() {
-	Exchange(mReplacement.TemporaryPath().c_str(), nullptr);
+	if (mReplacement)
+		Exchange(mReplacement->TemporaryPath().c_str(), nullptr);
+	if (mSpool >= 0)
+		close(mSpool);
 }
 
 void TReplacedFile::Write(std::span<const uint8_t> bytes) {
-	if (!mReplacement.Write(bytes))
+	if (mReplacement ? !mReplacement->Write(bytes) : !WriteBytes(mSpool, bytes))
 		Fail();
 }
 
 void TReplacedFile::Commit() {
-	if (!mReplacement.Commit())
+	if (mReplacement ? !mReplacement->Commit() : lseek(mSpool, 0, SEEK_SET) != 0 || !CopyBytes(mSpool, STDOUT_FILENO))
 		Fail();
 }
 
 void TReplacedFile::Fail() const {
-	if (mReplacement.Error() == EINVAL)
+	const int error = mReplacement ? mReplacement->Error() : errno;
+	if (mReplacement && error == EINVAL)
 		throw TWorkError(mTarget + ": is not a regular file");
-	if (mReplacement.Error() == EISDIR && IsFolder(mTarget))
+	if (error == EISDIR && IsFolder(mTarget))
 		throw TWorkError(mTarget + ": is a folder");
-	throw TWorkError(mTarget + ": " + std::strerror(mReplacement.Error()));
+	throw TWorkError(mTarget + ": " + std::strerror(error));
 }
 
 void TReplacedFile::HandleSignals() {

@@ -13,7 +13,7 @@ constexpr double kFastestTempo = 1000.0;
 } // namespace
 
 void TOpenOptions::AddOptions(CLI::App& app) {
-	app.add_option("IN", mInput, "a sound file that plays round; the built-in drum loop if there is none");
+	AddArgument(app, "IN", "a sound file that plays round; the built-in drum loop if there is none", mInput, false);
 	mEditor.AddOptions(app);
 	AddOption(app, "--tempo", "BPM", "of the transport; default 120", [this](const TOptionText& text) {
 		mTempo = static_cast<float>(text.Number(kSlowestTempo, kFastestTempo));

@@ -7,10 +7,29 @@
 #include <utility>
 #include <vector>
 
+namespace {
+
+/// What an unset variable in a script leaves.
+const std::string& NotEmpty(const std::string& name, const std::string& text) {
+	if (text.empty())
+		TOptionText(name, text).FailEmpty();
+	return text;
+}
+
+} // namespace
+
+void AddArgument(
+    CLI::App& app, const std::string& name, const std::string& help, std::string& target, bool isRequired) {
+	const auto read = [name, &target](const std::string& text) { target = NotEmpty(name, text); };
+	app.add_option_function<std::string>(name, read, help)->required(isRequired)->type_name("");
+}
+
 void AddOption(
     CLI::App& app, const std::string& name, const std::string& valueName, const std::string& help,
     TOptionReader reader) {
-	const auto read = [name, reader = std::move(reader)](const std::string& text) { reader({name, text}); };
+	const auto read = [name, reader = std::move(reader)](const std::string& text) {
+		reader({name, NotEmpty(name, text)});
+	};
 	app.add_option_function<std::string>(name, read, help)->take_last()->type_name(valueName);
 }
 
@@ -19,7 +38,7 @@ void AddRepeatedOption(
     TOptionReader reader) {
 	const auto read = [name, reader = std::move(reader)](const std::vector<std::string>& texts) {
 		for (const std::string& text : texts)
-			reader({name, text});
+			reader({name, NotEmpty(name, text)});
 	};
 	// Without the limit such an option would swallow the file names behind it.
 	app.add_option_function<std::vector<std::string>>(name, read, help)->allow_extra_args(false)->type_name(valueName);
@@ -43,6 +62,8 @@ void AddNumberIfAnyOption(
 std::vector<std::string> JoinNumbers(int argc, char** argv, const std::string& option) {
 	std::vector<std::string> words(argv + 1, argv + argc);
 	for (std::size_t i = 0; i + 1 < words.size(); ++i) {
+		if (words[i] == option)
+			NotEmpty(option, words[i + 1]);
 		if (words[i] == option && TOptionText(option, words[i + 1]).IsNumber()) {
 			words[i] += "=" + words[i + 1];
 			words.erase(words.begin() + static_cast<std::ptrdiff_t>(i) + 1);

@@ -3,6 +3,7 @@
 
 #include "document/TVortelParameterTable.h"
 #include "tools/vortel2/files/ToolErrors.h"
+#include "tools/vortel2/options/Nearest.h"
 
 #include <charconv>
 #include <cmath>
@@ -96,10 +97,13 @@ int32_t TOptionText::Choice(std::span<const std::string_view> choices) const {
 }
 
 int32_t TOptionText::Device() const {
-	for (int32_t device = 0; device < TVortelParameterTable::kNumberOfDevices; ++device)
-		if (mText == DevicePrefix(device) || mText == std::to_string(device))
+	std::vector<std::string> prefixes;
+	for (int32_t device = 0; device < TVortelParameterTable::kNumberOfDevices; ++device) {
+		prefixes.emplace_back(DevicePrefix(device));
+		if (LowerCase(mText) == LowerCase(prefixes.back()) || mText == std::to_string(device))
 			return device;
-	Fail("is not a device (0 to 10, or a prefix such as RET)");
+	}
+	Fail("is not a device: 0 to 10, " + Listed(prefixes));
 }
 
 std::vector<TOptionText> TOptionText::List() const {
@@ -112,17 +116,17 @@ std::vector<TOptionText> TOptionText::List() const {
 }
 
 std::pair<TOptionText, TOptionText> TOptionText::SplitAt(char separator, std::string_view form) const {
-	const auto [before, behind] = SplitIf(separator);
+	const auto [before, behind] = SplitIf(std::string_view(&separator, 1));
 	if (!behind)
 		Fail("is not of the form " + std::string(form));
 	return {before, *behind};
 }
 
-std::pair<TOptionText, std::optional<TOptionText>> TOptionText::SplitIf(char separator) const {
+std::pair<TOptionText, std::optional<TOptionText>> TOptionText::SplitIf(std::string_view separator) const {
 	const std::size_t position = mText.find(separator);
 	if (position == std::string::npos)
 		return {*this, std::nullopt};
-	return {Part(mText.substr(0, position)), Part(mText.substr(position + 1))};
+	return {Part(mText.substr(0, position)), Part(mText.substr(position + separator.size()))};
 }
 
 std::pair<double, std::string> TOptionText::LeadingSeconds() const {
@@ -135,6 +139,10 @@ std::pair<double, std::string> TOptionText::LeadingSeconds() const {
 
 void TOptionText::Fail(const std::string& reason) const {
 	throw TUsageError(mOption + ": \"" + mText + "\" " + reason);
+}
+
+void TOptionText::FailEmpty() const {
+	throw TUsageError(mOption + ": is empty; a variable that is not set?");
 }
 
 void TOptionText::FailRange(const std::string& minimum, const std::string& maximum) const {

@@ -40,11 +40,12 @@ public:
 	/// Before and behind the first separator; form says in words what was expected.
 	std::pair<TOptionText, TOptionText> SplitAt(char separator, std::string_view form) const;
 	/// The same where the second half may be missing.
-	std::pair<TOptionText, std::optional<TOptionText>> SplitIf(char separator) const;
+	std::pair<TOptionText, std::optional<TOptionText>> SplitIf(std::string_view separator) const;
 	/// A number at the front, and what stands behind it.
 	std::pair<double, std::string> LeadingSeconds() const;
 
 	[[noreturn]] void Fail(const std::string& reason) const;
+	[[noreturn]] void FailEmpty() const;
 
 private:
 	TOptionText Part(std::string text) const { return {mOption, std::move(text)}; }

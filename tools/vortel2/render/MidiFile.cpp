@@ -151,28 +151,36 @@ TDivision ReadDivision(TByteReader& header) {
 	return {0, 1.0 / (frames * ticksPerFrame)};
 }
 
+struct TContents {
+	std::vector<TMidiFileEvent> mEvents;
+	std::vector<TMidiTempo> mTempi;
+};
+
+double BeatsPerMinute(int32_t tempo) {
+	return 60.0 * kMicrosecondsPerSecond / std::max(tempo, 1);
+}
+
 /// Counts from the last tempo change, so that nothing adds up over a long file.
-std::vector<TMidiFileEvent> WithSeconds(const std::vector<TTickEvent>& events, const TDivision& division) {
-	std::vector<TMidiFileEvent> result;
+TContents WithSeconds(const std::vector<TTickEvent>& events, const TDivision& division) {
+	TContents result{{}, {{0.0, BeatsPerMinute(kInitialTempo)}}};
 	double anchorSeconds = 0.0;
 	uint64_t anchorTick = 0;
 	double secondsPerTick = division.SecondsPerTick(kInitialTempo);
 	for (const TTickEvent& event : events) {
 		const double seconds = anchorSeconds + static_cast<double>(event.mTick - anchorTick) * secondsPerTick;
 		if (event.mStatus != 0) {
-			result.push_back({seconds, event.mStatus, event.mData1, event.mData2});
+			result.mEvents.push_back({seconds, event.mStatus, event.mData1, event.mData2});
 		} else {
 			anchorSeconds = seconds;
 			anchorTick = event.mTick;
 			secondsPerTick = division.SecondsPerTick(event.mTempo);
+			result.mTempi.push_back({seconds, BeatsPerMinute(event.mTempo)});
 		}
 	}
 	return result;
 }
 
-} // namespace
-
-std::vector<TMidiFileEvent> ReadMidiFile(const std::string& path, std::span<const uint8_t> contents) {
+TContents ReadContents(const std::string& path, std::span<const uint8_t> contents) {
 	TByteReader file(path, contents);
 	std::string_view name;
 	TByteReader header = file.Chunk(name);
@@ -197,7 +205,24 @@ std::vector<TMidiFileEvent> ReadMidiFile(const std::string& path, std::span<cons
 	return WithSeconds(events, division);
 }
 
+std::span<const uint8_t> AsBytes(const std::string& bytes) {
+	return {reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()};
+}
+
+} // namespace
+
+std::vector<TMidiFileEvent> ReadMidiFile(const std::string& path, std::span<const uint8_t> contents) {
+	return ReadContents(path, contents).mEvents;
+}
+
 std::vector<TMidiFileEvent> ReadMidiFile(const std::string& path) {
-	const std::string bytes = ReadInputFile(path);
-	return ReadMidiFile(path, {reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()});
+	return ReadMidiFile(path, AsBytes(ReadInputFile(path)));
+}
+
+std::vector<TMidiTempo> ReadMidiTempi(const std::string& path, std::span<const uint8_t> contents) {
+	return ReadContents(path, contents).mTempi;
+}
+
+std::vector<TMidiTempo> ReadMidiTempi(const std::string& path) {
+	return ReadMidiTempi(path, AsBytes(ReadInputFile(path)));
 }

@@ -14,6 +14,12 @@ struct TMidiFileEvent {
 	uint8_t mData2; // 0 where the message has one data byte
 };
 
+/// A tempo from that time on.
+struct TMidiTempo {
+	double mSeconds;
+	double mBeatsPerMinute;
+};
+
 /// Reads the channel events of a Standard MIDI File of format 0 or 1, of all tracks in time order; events at one tick
 /// come by track, then as they stand. Meta events but the tempo are skipped, so are system exclusive ones. Trusts
 /// nothing in the file. Throws TWorkError.
@@ -22,3 +28,7 @@ struct TMidiFileEvent {
 std::vector<TMidiFileEvent> ReadMidiFile(const std::string& path);
 /// The same for the file's contents; path is for messages.
 std::vector<TMidiFileEvent> ReadMidiFile(const std::string& path, std::span<const uint8_t> contents);
+
+/// The tempi of such a file in time order; the first is at 0.
+std::vector<TMidiTempo> ReadMidiTempi(const std::string& path);
+std::vector<TMidiTempo> ReadMidiTempi(const std::string& path, std::span<const uint8_t> contents);

@@ -6,9 +6,31 @@
 #include <tuple>
 
 void TEventList::AddAutomation(std::span<const TAutomation> automation) {
-	for (const TAutomation& change : automation)
-		mChanges.mEvents.push_back(
-		    {NearestSample(change.mSeconds), kCommandLine, change.mSeconds, {0, change.mParameter, change.mValue}});
+	for (const TAutomation& change : automation) {
+		if (change.mEndSeconds >= 0.0)
+			AddRamp(change);
+		else
+			AddChange(NearestSample(change.mSeconds), change.mSeconds, change.mParameter, change.mValue);
+	}
+}
+
+/// Points on a straight line, as close as a host may set them, in long ramps where a point is hardly a change.
+void TEventList::AddRamp(const TAutomation& ramp) {
+	static constexpr int64_t kClosest = 64;
+	static constexpr int64_t kMostPoints = 16384;
+	const int64_t start = NearestSample(ramp.mSeconds);
+	const int64_t end = std::max(NearestSample(ramp.mEndSeconds), start + 1);
+	const int64_t distance = std::max(kClosest, (end - start) / kMostPoints);
+	for (int64_t sample = start; sample < end; sample += distance) {
+		const double part = static_cast<double>(sample - start) / static_cast<double>(end - start);
+		const double value = std::lerp(static_cast<double>(ramp.mValue), static_cast<double>(ramp.mEndValue), part);
+		AddChange(sample, static_cast<double>(sample) / mSampleRate, ramp.mParameter, static_cast<float>(value));
+	}
+	AddChange(end, ramp.mEndSeconds, ramp.mParameter, ramp.mEndValue);
+}
+
+void TEventList::AddChange(int64_t sample, double seconds, int32_t parameter, float value) {
+	mChanges.mEvents.push_back({sample, kCommandLine, seconds, {0, parameter, value}});
 }
 
 void TEventList::AddNotes(std::span<const TNote> notes) {

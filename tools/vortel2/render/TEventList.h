@@ -13,7 +13,9 @@
 struct TAutomation {
 	int32_t mParameter;
 	double mSeconds;
-	float mValue; // normalised
+	float mValue;              // normalised
+	double mEndSeconds = -1.0; // of a ramp; -1: a jump
+	float mEndValue = 0.0f;
 };
 
 /// A note as the command line gives it.
@@ -68,6 +70,8 @@ private:
 		std::span<const T> TakeUntil(int64_t blockStart, int64_t end);
 	};
 
+	void AddRamp(const TAutomation& ramp);
+	void AddChange(int64_t sample, double seconds, int32_t parameter, float value);
 	int64_t NearestSample(double seconds) const;
 	void AddMidi(ESource source, double seconds, TMidiEvent event);
 

@@ -39,22 +39,25 @@ const TTransportInfo& THostTransport::AtBlock(int64_t firstSample, int32_t sampl
 	     ++mNextChange)
 		Apply(mChanges[mNextChange], firstSample);
 	mInfo.mBlockSize = samples;
-	mInfo.mBeatPosition = PositionAt(firstSample);
-	mInfo.mSamplePosition = static_cast<double>(mSamplesPlayed + (mInfo.mIsPlaying ? firstSample - mAnchorSample : 0));
+	mInfo.mBeatPosition = PositionAt(static_cast<double>(firstSample));
+	mInfo.mSamplePosition = static_cast<double>(mSamplesPlayed + (mInfo.mIsPlaying ? firstSample - mLastChange : 0));
 	return mInfo;
 }
 
-double THostTransport::PositionAt(int64_t sample) const {
+double THostTransport::PositionAt(double sample) const {
 	if (!mInfo.mIsPlaying)
 		return mAnchorPosition;
-	const double samples = static_cast<double>(sample - mAnchorSample);
+	const double samples = sample - mAnchorSample;
 	return mAnchorPosition + samples * static_cast<double>(mInfo.mTempo) / (60.0 * mSampleRate);
 }
 
 void THostTransport::Apply(const TChange& change, int64_t sample) {
-	mAnchorPosition = PositionAt(sample);
-	mSamplesPlayed += mInfo.mIsPlaying ? sample - mAnchorSample : 0;
-	mAnchorSample = sample;
+	const double start = static_cast<double>(sample);
+	const double anchor = change.mIsOfSong ? std::clamp(change.mSeconds * mSampleRate, mAnchorSample, start) : start;
+	mAnchorPosition = PositionAt(anchor);
+	mAnchorSample = anchor;
+	mSamplesPlayed += mInfo.mIsPlaying ? sample - mLastChange : 0;
+	mLastChange = sample;
 	if (change.mChange == EChange::kTempo)
 		mInfo.mTempo = change.mTempo;
 	else

@@ -16,11 +16,13 @@ class THostTransport {
 public:
 	enum class EChange : uint8_t { kTempo, kPlay, kStop };
 
-	/// Takes effect at the first block that begins at or after its time.
+	/// Takes effect at the first block that begins at or after its time. A tempo of the song itself has moved the
+	/// position from its very time on when the block begins.
 	struct TChange {
 		EChange mChange;
 		double mSeconds;
 		float mTempo = 0.0f; // of kTempo only
+		bool mIsOfSong = false;
 	};
 
 	struct TStart {
@@ -36,7 +38,7 @@ public:
 	const TTransportInfo& AtBlock(int64_t firstSample, int32_t samples);
 
 private:
-	double PositionAt(int64_t sample) const;
+	double PositionAt(double sample) const;
 	void Apply(const TChange& change, int64_t sample);
 
 	int32_t mSampleRate;
@@ -44,6 +46,7 @@ private:
 	std::size_t mNextChange = 0;
 	TTransportInfo mInfo;
 	double mAnchorPosition; // beats
-	int64_t mAnchorSample = 0;
-	int64_t mSamplesPlayed = 0; // up to the anchor
+	double mAnchorSample = 0.0;
+	int64_t mSamplesPlayed = 0; // up to the last change
+	int64_t mLastChange = 0;    // sample
 };

@@ -13,20 +13,37 @@ constexpr int kWidth = 40;
 
 } // namespace
 
-TProgressBar::TProgressBar(int64_t total, bool isQuiet)
-    : mTotal(total),
-      mIsEnabled(!isQuiet && total > 0 && isatty(STDERR_FILENO) != 0) {}
+TProgressBar::TProgressBar(bool isQuiet) : mIsEnabled(!isQuiet && isatty(STDERR_FILENO) != 0) {}
 
 TProgressBar::~TProgressBar() {
+	Clear();
+}
+
+void TProgressBar::Expect(int64_t frames) {
+	mTotal.fetch_add(frames, std::memory_order_relaxed);
+}
+
+void TProgressBar::Clear() {
+	const std::lock_guard lock(mLock);
 	if (mShownPercent >= 0)
 		std::fputs("\r\033[K", stderr);
+	mShownPercent = -1;
+	mIsEnabled = false;
+}
+
+void TProgressBar::Advance(int64_t frames) {
+	const int64_t done = mDone.fetch_add(frames, std::memory_order_relaxed) + frames;
+	const std::unique_lock lock(mLock, std::try_to_lock);
+	if (lock.owns_lock())
+		Show(done);
 }
 
 void TProgressBar::Show(int64_t done) {
 	if (!mIsEnabled || std::chrono::steady_clock::now() - mStart < kPatience)
 		return;
-	const int percent = static_cast<int>(std::min(done, mTotal) * 100 / mTotal);
-	if (percent == mShownPercent)
+	const int64_t total = mTotal.load(std::memory_order_relaxed);
+	const int percent = total > 0 ? static_cast<int>(std::min(done, total) * 100 / total) : 0;
+	if (percent <= mShownPercent)
 		return;
 	mShownPercent = percent;
 	const auto filled = static_cast<std::size_t>(percent * kWidth / 100);

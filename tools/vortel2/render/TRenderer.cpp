@@ -10,21 +10,36 @@
 #include <chrono>
 #include <thread>
 
+namespace {
+
+std::vector<THostTransport::TChange>
+InOrder(const std::vector<THostTransport::TChange>& ofSong, const std::vector<THostTransport::TChange>& byOptions) {
+	std::vector<THostTransport::TChange> changes = ofSong;
+	changes.insert(changes.end(), byOptions.begin(), byOptions.end());
+	return changes;
+}
+
+} // namespace
+
 TRenderer::TRenderer(
-    TProgramPluginShell& shell, const TRenderOptions& options, TEventList& events, TSoundSource& source,
-    TSoundFileWriter& writer, TRenderPlot* plot)
+    TProgramPluginShell& shell, const TRenderOptions& options, const TTempoMap& tempi, TEventList& events,
+    TSoundSource& source, TSoundFileWriter& writer, TRenderPlot* plot)
     : mShell(shell),
       mBlockSizes(options.mBlockSizes),
       mHasTransport(!options.mHasNoTransport),
       mTransport(
-          source.SampleRate(), {options.mTempo, options.mPosition, !options.mIsStopped}, options.mTransportChanges),
+          source.SampleRate(), {tempi.mStart, options.mPosition, !options.mIsStopped},
+          InOrder(tempi.mChanges, options.mTransportChanges)),
       mEvents(events),
       mSource(source),
       mWriter(writer),
-      mpPlot(plot) {
+      mpPlot(plot),
+      mpRandomState(TRandom::StateOfThread()) {
 	const int32_t largest = *std::max_element(mBlockSizes.begin(), mBlockSizes.end());
 	mLeft.resize(static_cast<std::size_t>(largest));
-	mRight.resize(static_cast<std::size_t>(largest));
+	mRight.resize(mLeft.size());
+	mDryLeft.resize(mLeft.size());
+	mDryRight.resize(mLeft.size());
 	mShell.Setup(source.SampleRate(), largest);
 }
 
@@ -38,18 +53,23 @@ void TRenderer::Run(TProgressBar& progress) {
 
 void TRenderer::PlayGui(TProgressBar& progress) {
 	static constexpr std::chrono::milliseconds kTick{10};
-	for (;;) {
+	for (int64_t shown = 0;;) {
 		if (mCallGui.try_acquire_for(kTick)) {
-			if (mIsFinished)
+			if (mIsFinished) {
+				progress.Advance(mPosition - shown);
 				return;
+			}
 			mShell.Tick();
 			mGuiIsDone.release();
 		}
-		progress.Show(mPosition.load(std::memory_order_relaxed));
+		const int64_t position = mPosition.load(std::memory_order_relaxed);
+		progress.Advance(position - shown);
+		shown = position;
 	}
 }
 
 void TRenderer::PlayAudioThread() {
+	const TRandom::TScope random(mpRandomState);
 	try {
 		RenderBlocks();
 	} catch (...) {
@@ -88,10 +108,25 @@ void TRenderer::ProcessBlock(std::size_t samples) {
 	block.mMidiEvents = events.mMidiEvents;
 	if (mpPlot)
 		mpPlot->BeforeBlock({mLeft.data(), samples}, {mRight.data(), samples}, block.mpTransport);
+	if (!mHasChanges) {
+		std::copy_n(mLeft.begin(), samples, mDryLeft.begin());
+		std::copy_n(mRight.begin(), samples, mDryRight.begin());
+	}
 	mShell.Process(block);
+	LookForChanges(samples);
 	if (mpPlot)
 		mpPlot->AfterBlock({mLeft.data(), samples}, {mRight.data(), samples});
 	mPosition.store(position + count, std::memory_order_relaxed);
+}
+
+void TRenderer::LookForChanges(std::size_t samples) {
+	if (mHasChanges)
+		return;
+	mHasSound = mHasSound ||
+	            std::any_of(mDryLeft.data(), mDryLeft.data() + samples, [](float sample) { return sample != 0.0f; }) ||
+	            std::any_of(mDryRight.data(), mDryRight.data() + samples, [](float sample) { return sample != 0.0f; });
+	mHasChanges = !std::equal(mLeft.data(), mLeft.data() + samples, mDryLeft.data()) ||
+	              !std::equal(mRight.data(), mRight.data() + samples, mDryRight.data());
 }
 
 void TRenderer::LetGuiWork() {

@@ -70,15 +70,15 @@ std::string ListSceneLevels(const std::string& bankFile) {
 	const TScenePlayer player(bankFile);
 	TMemorySource loop(player.Loop());
 	const TLevels dry = TLevels::Measure(loop);
-	std::string list = LevelLine("the loop ", dry, dry.Rms());
+	std::string list = "index  in hosts  scene\n" + LevelLine("the loop              ", dry, dry.Rms());
 	for (int32_t program = 0; program < TVortelDocument::kNumberOfPrograms; ++program) {
 		for (int32_t scene = 0; scene < TVortelProgram::kNumberOfScenes; ++scene) {
 			const bool isUsed = instance.WithDocument(
 			    [&](TVortelDocument& document) { return document.Program(program)->Scene(scene)->HasContent(); });
 			if (!isUsed)
 				continue;
-			std::array<char, 16> title;
-			std::snprintf(title.data(), title.size(), "%2d %6d", program, scene);
+			std::array<char, 48> title;
+			std::snprintf(title.data(), title.size(), "%5d  %8d  %5d", program, program + 1, scene);
 			TMemorySource sound(player.Play(program, scene));
 			list += LevelLine(title.data(), TLevels::Measure(sound), dry.Rms());
 		}

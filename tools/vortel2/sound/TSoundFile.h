@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <sndfile.h>
 #include <span>
 #include <string>
@@ -25,14 +26,18 @@ public:
 
 	int32_t SampleRate() const override { return mInfo.samplerate; }
 
-	int64_t Frames() const override { return mInfo.frames; }
+	int64_t Frames() const override;
 
 	int32_t Channels() const { return mInfo.channels; }
 
 	std::size_t Read(std::span<float> left, std::span<float> right) override;
 
+	/// Behind the end: in words if there was less sound than the file promises, else empty.
+	std::string Shortfall() const;
+
 private:
 	bool Fill();
+	bool PromisesMoreInHeader() const;
 
 	std::string mPath;
 	SF_INFO mInfo{};
@@ -40,29 +45,53 @@ private:
 	std::vector<float> mBuffer; // interleaved
 	std::size_t mPosition = 0;  // in frames of the buffer
 	std::size_t mFilled = 0;
+	int64_t mFrames = 0; // read from the file so far
 };
 
 enum class ESampleFormat : int32_t { kPcm16, kPcm24, kFloat };
+enum class EContainer : int32_t { kWav, kFlac, kOgg, kAiff };
 
-/// A stereo WAV file that appears at its place when Commit has been called. Integer formats round to the nearest step
-/// and stop at full scale; float keeps every sample as it is. Equal sound gives equal bytes. Throws TWorkError.
+struct TSoundFormat {
+	TSoundFormat(ESampleFormat samples, EContainer container = EContainer::kWav)
+	    : mSamples(samples),
+	      mContainer(container) {}
+
+	ESampleFormat mSamples; // of no meaning in an Ogg file
+	EContainer mContainer;
+};
+
+/// Told by the extension, wav, flac, ogg, aiff or aif in either case. None for any other.
+std::optional<EContainer> ContainerOf(const std::string& path);
+/// Float where the container takes it, else the finest that it takes. None where it does not take what is asked for.
+std::optional<TSoundFormat> FormatIn(EContainer container, std::optional<ESampleFormat> samples);
+
+/// A stereo sound file that appears at its place when Commit has been called. Integer formats round to the nearest
+/// step and stop at full scale; float keeps every sample as it is. Equal sound gives equal bytes. Throws TWorkError.
 class TSoundFileWriter {
 public:
 	/// expectedFrames lets a file that could not be finished fail before the work.
-	TSoundFileWriter(const std::string& path, int32_t sampleRate, ESampleFormat format, int64_t expectedFrames);
+	TSoundFileWriter(const std::string& path, int32_t sampleRate, TSoundFormat format, int64_t expectedFrames);
 
 	/// Both of one length.
 	void Write(std::span<const float> left, std::span<const float> right);
+	/// Writes out what is still held; after that the counts hold.
+	void Finish();
+	/// Finishes if need be.
 	void Commit();
+
+	/// Samples beyond full scale that an integer format could not hold.
+	int64_t Clipped() const noexcept { return mClipped; }
 
 private:
 	void CheckLength(int64_t frames) const;
+	int32_t Quantised(float sample);
 	void Flush();
 	[[noreturn]] void Fail() const;
 
 	TReplacedFile mTarget;
-	ESampleFormat mFormat;
+	TSoundFormat mFormat;
 	TSoundFileHandle mpFile;
+	int64_t mClipped = 0;
 	std::vector<float> mBuffer;     // interleaved
 	std::vector<int32_t> mIntegers; // left-aligned
 	int64_t mFrames = 0;

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 namespace {
 
 class TBadCommandLineTest : public TVortel2Test {
@@ -42,7 +44,7 @@ TEST_F(TBadCommandLineTest, CommandsAndTheirArguments) {
 	ExpectFailure({"render", "in.wav", "--demo", "out.wav"}, 2, "in.wav");
 	ExpectFailure({"render", "in.wav", "out.wav", "--quiet=loud"}, 2, "--quiet");
 	ExpectFailure({"render", "in.wav", "out.wav", "--beats"}, 2, "--beats");
-	ExpectFailure({"render", "--demo", ""}, 2, "IN");
+	ExpectFailure({"render", "--demo", ""}, 2, "--demo");
 	ExpectFailure({"params", "--jsn"}, 2, "--jsn");
 	ExpectFailure({"params", "58"}, 2, "58");
 	ExpectFailure({"text", "58"}, 2, "V");
@@ -83,7 +85,7 @@ TEST_F(TBadCommandLineTest, RowsLevelsParametersAndEvents) {
 	ExpectBadOption("--steps", {"*+++", "11=*", "MST=*", "XYZ=*", "=*", "3=*..", "3=* +", "3=" + std::string(65, '*')});
 	ExpectBadOption("--gater-steps", {"1.1", "-0.1", "nan", "1,,1", "0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0"});
 	ExpectBadOption(
-	    "--param", {"58", "210=0", "-1=0", "58=1.01", "58=nan", "58=", "RET:Decline=3", "ret:Decay=3", "RET:Decay=much",
+	    "--param", {"58", "210=0", "-1=0", "58=1.01", "58=nan", "58=", "RET:Decline=3", "RET:Decay=much",
 	                "RET:Decay=nan", "RET:Decay=inf", "RET:Decay=", "MST:Unused=1", "RET:Mode=even", "Decay=30"});
 	ExpectBadOption("--automate", {"3@1", "3=1", "210@0=1", "3@-1=1", "3@0=2", "3@inf=1", "3@0=1=1"});
 	ExpectBadOption("--note", {"60", "128@0", "60:0@0", "60:128@0", "60@-1", "60@2-1", "60@1-", "60@1x", "60@nan"});
@@ -91,6 +93,94 @@ TEST_F(TBadCommandLineTest, RowsLevelsParametersAndEvents) {
 	ExpectBadOption("--play-at", {"-1", "now"});
 	ExpectBadOption("--stop-at", {"inf"});
 	ExpectFailure({"render", "in.wav", "out.wav", "--param", "two\nlines"}, 2, "--param");
+}
+
+// What people get wrong, and the words that set them right.
+TEST_F(TBadCommandLineTest, MisusesThatPeopleMake) {
+	WriteWav("more.wav", Noise(100));
+	WriteBytes("song.mid", "no MIDI");
+	ASSERT_EQ(Run({"bank", "random", "a.v2bnk", "--seed", "5"}).mStatus, 0);
+	ASSERT_EQ(Run({"bank", "init", "a.v2prg"}).mStatus, 0);
+	std::filesystem::create_hard_link(Path("in.wav"), Path("hard.wav"));
+	std::filesystem::create_symlink("in.wav", Path("soft.wav"));
+	std::filesystem::create_directory(Path("sub"));
+	const auto withFiles = [](TArguments more) {
+		more.insert(more.begin(), {"render", "in.wav", "out.wav"});
+		return more;
+	};
+	const struct {
+		TArguments mArguments;
+		const char* mHint;
+	} kMisuses[] = {
+	    // Variables that are not set
+	    {{"render", "", "out.wav"}, "IN: is empty"},
+	    {{"render", "in.wav", ""}, "OUT: is empty"},
+	    {{"render", "in.wav", "", "--to", "sub"}, "IN: is empty"},
+	    {{"render", "in.wav", "--to", ""}, "--to"},
+	    {withFiles({"--plot", ""}), "--plot"},
+	    {withFiles({"--midi", ""}), "--midi"},
+	    {withFiles({"--save", ""}), "--save"},
+	    {withFiles({"--random", ""}), "--random"},
+	    {withFiles({"--steps", ""}), "--steps"},
+	    {{"bank", "show", ""}, "FILE: is empty"},
+	    {{"bank", "convert", "a.v2bnk", ""}, "OUT: is empty"},
+	    {{"levels", ""}, "FILE: is empty"},
+	    {{"snapshot", ""}, "OUT.png: is empty"},
+	    {{"snapshot", "a.png", "--script", ""}, "--script"},
+	    // Something would be lost
+	    {{"render", "in.wav", "in.wav"}, "is also IN"},
+	    {{"render", "in.wav", "./sub/../in.wav"}, "is also IN"},
+	    {{"render", "in.wav", "hard.wav"}, "is also IN"},
+	    {{"render", "in.wav", "soft.wav"}, "is also IN"},
+	    {{"render", "in.wav", "more.wav", "--to", "."}, "is also IN"},
+	    {{"render", "in.wav", "./in.wav", "--to", "sub"}, "is also"},
+	    {{"render", "in.wav", "-", "--to", "sub"}, "--to"},
+	    {withFiles({"--plot", "out.wav"}), "is also OUT"},
+	    {withFiles({"--plot", "a.v2bnk", "--bank", "a.v2bnk"}), "is also --bank"},
+	    {withFiles({"--save", "in.wav"}), "--save"},
+	    {{"bank", "convert", "a.v2bnk", "./a.v2bnk"}, "is also IN"},
+	    {{"snapshot", "a.v2bnk", "--bank", "a.v2bnk"}, "is also --bank"},
+	    // Forms of files
+	    {{"render", "in.wav", "out.mp3"}, ".flac"},
+	    {{"render", "in.wav", "out"}, ".flac"},
+	    {{"render", "in.wav", "new.flac", "--format", "float"}, "--format"},
+	    {{"render", "in.wav", "new.ogg", "--format", "pcm16"}, "--format"},
+	    {withFiles({"--container", "flac"}), "--container"},
+	    {withFiles({"more.wav"}), "--to"},
+	    {withFiles({"--to", "sub", "--plot", "a.png"}), "--plot"},
+	    {withFiles({"--tempo", "midi"}), "--midi"},
+	    {{"bank", "convert", "a.v2bnk", "b.v2prg"}, "--program-index"},
+	    {{"bank", "convert", "a.v2bnk", "b.v2bnk", "--program-index", "1"}, "--program-index"},
+	    {{"bank", "convert", "a.v2bnk", "b.v2prg", "--program-name", "Nobody"}, "--program-name"},
+	    // Typing errors
+	    {{"rendr", "in.wav", "out.wav"}, "did you mean render?"},
+	    {{"parms"}, "did you mean params?"},
+	    {{"bank", "shwo", "a.v2bnk"}, "did you mean show?"},
+	    {withFiles({"--divisons", "3"}), "did you mean --divisions?"},
+	    {withFiles({"--steps"}), "--steps DEVICE=PATTERN"},
+	    {{"params", "RTE"}, "RET"},
+	    {withFiles({"--steps", "RTE=*"}), "RET"},
+	    {withFiles({"--param", "RET:Decya=3"}), "did you mean RET:Decay?"},
+	    {withFiles({"--param", "Decay=3"}), "did you mean RET:Decay?"},
+	    {withFiles({"--param", "DLY:S=3"}), "DLY:Slew, DLY:Send and DLY:Spread"},
+	    {withFiles({"--param", "RET:Mode=Odd"}), "Free, Even, Triplet or Dotted"},
+	    {withFiles({"--program-name", "In"}), "--program-index"},
+	    // Values that would not be what was typed
+	    {withFiles({"--param", "MOD:Frequency=1kHz"}), "\"kHz\" left over; MOD:Frequency takes 1 to 5000 Hz"},
+	    {withFiles({"--param", "MOD:Frequency=6000"}), "beyond"},
+	    {withFiles({"--param", "TAP:Slow Down=3 beats"}), "\"2 beats\""},
+	    {withFiles({"--param", "RET:Initial Speed=1/12"}), "1 / 8th"},
+	    {withFiles({"--param", "RET:Initial Speed=3/16"}), "left over"},
+	    {withFiles({"--param", "RET:Pan=60 L"}), "beyond"},
+	    {withFiles({"--param", "RET:Pan=12.5 L"}), "left over"},
+	    {withFiles({"--param", "GAT:Vol Steps=2.5"}), "2, 3, 4"},
+	    {withFiles({"--param", "LFI:Type=Loud"}), "Signed or Unsigned"},
+	    {withFiles({"--automate", "RET:Decya@1=3"}), "--automate"},
+	    {withFiles({"--automate", "RET:Decay@1..3=0"}), "FROM..TO"},
+	    {withFiles({"--automate", "RET:Decay@3..1=0..100"}), "ends before it begins"},
+	};
+	for (const auto& misuse : kMisuses)
+		ExpectFailure(misuse.mArguments, 2, misuse.mHint);
 }
 
 TEST_F(TBadCommandLineTest, FilesThatCannotBeRead) {

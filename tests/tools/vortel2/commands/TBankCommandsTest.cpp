@@ -66,6 +66,25 @@ TEST_F(TBankCommandsTest, RendersPlayFilesWithTheFurtherOptionsOnTop) {
 	EXPECT_EQ(Render("a.wav", {"--program", "a.v2prg", "--scene", "1"}), Render("b.wav", {}));
 }
 
+TEST_F(TBankCommandsTest, ProgramsGoOutOfBanksAndIn) {
+	Written({"bank", "random", "a.v2bnk", "--seed", "5"});
+	const std::string shown = Output({"bank", "show", "a.v2bnk"});
+	const std::size_t line = shown.find("\n    4 ") + 19;
+	const std::string name = shown.substr(line, shown.find(": ", line) - line);
+	const std::string program = Written({"bank", "convert", "a.v2bnk", "a.v2prg", "--program-index", "4"});
+	EXPECT_EQ(Written({"bank", "convert", "a.v2bnk", "b.v2prg", "--program-name", name}), program);
+	EXPECT_EQ(Output({"bank", "show", "a.v2prg"}).substr(19, name.size()), name);
+
+	const std::string bank = Bytes("a.v2bnk");
+	EXPECT_EQ(Written({"bank", "convert", "a.v2prg", "a.v2bnk", "--program-index", "4"}), bank);
+	EXPECT_NE(Written({"bank", "convert", "a.v2prg", "a.v2bnk", "--program-index", "5"}), bank);
+	Written({"bank", "convert", "a.v2prg", "new.v2bnk", "--program-index", "7"});
+	EXPECT_NE(Output({"bank", "show", "new.v2bnk"}).find("content: 1, active: 0\n"), std::string::npos);
+	WriteWav("in.wav", Noise());
+	EXPECT_EQ(
+	    Render("a.wav", {"--bank", "new.v2bnk", "--program-name", name}), Render("b.wav", {"--program", "a.v2prg"}));
+}
+
 TEST_F(TBankCommandsTest, BankFromAText) {
 	WriteBytes(
 	    "a.txt",
@@ -74,7 +93,9 @@ TEST_F(TBankCommandsTest, BankFromAText) {
 	Written({"bank", "build", "a.txt", "a.v2bnk"});
 	EXPECT_EQ(
 	    Output({"bank", "show", "a.v2bnk"}), "bank, version 3\nprograms with content: 2, active: 0\n"
-	                                         "  0  One \"two\": scene 3\n  1  Two: 2 scenes 0, 127\n");
+	                                         "index  in hosts  name\n"
+	                                         "    0         1  One \"two\": scene 3\n"
+	                                         "    1         2  Two: 2 scenes 0, 127\n");
 	WriteWav("in.wav", Noise());
 	EXPECT_EQ(
 	    Render("a.wav", {"--bank", "a.v2bnk", "--scene", "3"}),

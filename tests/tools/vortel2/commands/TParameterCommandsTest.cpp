@@ -39,6 +39,19 @@ TEST_F(TParameterCommandsTest, TableHasALineForEachParameter) {
 	EXPECT_NE(table.find("\n58   RET:Initial Speed"), std::string::npos) << table;
 }
 
+TEST_F(TParameterCommandsTest, DevicesWithWhatTheirParametersCanBe) {
+	const std::string table = Output({"params", "ret"});
+	EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 12);
+	EXPECT_NE(table.find("Free, Even, Triplet or Dotted"), std::string::npos) << table;
+	EXPECT_NE(table.find("1 beat to 1 / 256th"), std::string::npos) << table;
+	EXPECT_EQ(Output({"params", "Retrigger"}), table);
+	const std::string all = Output({"params", "3", "--all"});
+	EXPECT_EQ(std::count(all.begin(), all.end(), '\n'), 20);
+	const auto array = nlohmann::json::parse(Output({"params", "MST", "--json"}));
+	ASSERT_EQ(array.size(), 4u);
+	EXPECT_EQ(array[2]["first"], "50 L");
+}
+
 TEST_F(TParameterCommandsTest, TextsOfValuesAndValuesOfTexts) {
 	EXPECT_EQ(Output({"text", "58", "0", "0.666666687", "1"}), "1 beat\n1 / 64th\n1 / 256th\n");
 	EXPECT_EQ(Output({"text", "12", "0", "0.5"}), "50 L\nCenter\n");
