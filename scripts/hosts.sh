@@ -4,6 +4,7 @@
 # be what vortel2 renders with the same settings, sample by sample.
 # Usage: scripts/hosts.sh [BUNDLE]   default: the release build, made here
 set -euo pipefail
+source "$(dirname "$0")/help.sh"
 bundle=${1:+$(realpath "$1")}
 cd "$(dirname "$0")/.."
 source scripts/hosts/common.sh

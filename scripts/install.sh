@@ -3,6 +3,7 @@
 # resources into ~/.vst. Installing again replaces what is there.
 # Usage: scripts/install.sh [--prefix FOLDER]   a folder that gets all of it instead
 set -euo pipefail
+source "$(dirname "$0")/help.sh"
 root=$(cd "$(dirname "$0")/.." && pwd)
 source "$root/scripts/install-folders.sh"
 install_folders "$@"

@@ -2,6 +2,7 @@
 # Takes the plug-in out again. Preferences, banks and the log stay where they are. Nothing there is no failure.
 # Usage: scripts/uninstall.sh [--prefix FOLDER]   the folder that holds all of it; default ~/.vst3 and ~/.vst
 set -euo pipefail
+source "$(dirname "$0")/help.sh"
 source "$(dirname "$0")/install-folders.sh"
 install_folders "$@"
 trap 'rm -rf "${staged[@]}"' EXIT

@@ -28,6 +28,7 @@ for file in bin/vortel2 share/man/man1/vortel2.1 share/bash-completion/completio
   [ -s "$file" ] || fail "$file is missing"
 done
 compgen -G 'share/zsh/*/_vortel2' >/dev/null || fail "zsh gets no completions"
+[ -s lib/vst/Vortel2.so ] || fail "the VST 2 library is missing"
 compgen -G 'lib/vst3/Vortel2.vst3/Contents/*-linux/Vortel2.so' >/dev/null || fail "the bundle has no binary"
 diff -r -x moduleinfo.json share/vortel2 lib/vst3/Vortel2.vst3/Contents/Resources || fail "the bundle's resources differ"
 

@@ -176,20 +176,19 @@ std::string FishAction(const TArgument& option) {
 }
 
 std::string FishLines(const TCommandDescription& program, const TCommandDescription& command, const std::string& when) {
-	const std::string start = "complete -c " + program.mName + " -n " + FishQuoted(when);
+	// What belongs to a group of commands is over as soon as one of them has been named.
+	const bool isProgram = &command == &program;
+	std::string here = when;
+	if (!command.mCommands.empty())
+		here += (isProgram ? "" : "; and ") + ("not __fish_seen_subcommand_from " + CommandNames(command));
+	const std::string start = "complete -c " + program.mName + " -n " + FishQuoted(here);
 	std::string text;
 	for (const TArgument& option : command.mOptions)
 		text += start + " -l " + option.mName.substr(2) + FishAction(option) + " -d " + FishQuoted(option.mHelp) + "\n";
 	if (HasFiles(command))
 		text += start + " -F\n";
-	if (command.mCommands.empty())
-		return text;
-	const bool isProgram = &command == &program;
-	const std::string names = "__fish_seen_subcommand_from " + CommandNames(command);
-	const std::string open = isProgram ? "not " + names : when + "; and not " + names;
 	for (const TCommandDescription& inner : command.mCommands)
-		text += "complete -c " + program.mName + " -n " + FishQuoted(open) + " -a " + inner.mName + " -d " +
-		        FishQuoted(inner.mHelp) + "\n";
+		text += start + " -a " + inner.mName + " -d " + FishQuoted(inner.mHelp) + "\n";
 	for (const TCommandDescription& inner : command.mCommands)
 		text += FishLines(
 		    program, inner, (isProgram ? "" : when + "; and ") + ("__fish_seen_subcommand_from " + inner.mName));
@@ -214,5 +213,5 @@ std::string MakeZshCompletions(const TCommandDescription& program) {
 }
 
 std::string MakeFishCompletions(const TCommandDescription& program) {
-	return kOrigin + ("complete -c " + program.mName + " -f\n") + FishLines(program, program, "true");
+	return kOrigin + ("complete -c " + program.mName + " -f\n") + FishLines(program, program, "");
 }
