@@ -84,12 +84,13 @@ std::string BashBranches(const TCommandDescription& command, const std::string& 
 		if (option.mValue != EValue::kNone)
 			text += "\t\t" + option.mName + ") " + BashValue(option) + "; return ;;\n";
 	}
-	text += "\t\tesac\n\t\tif [[ $word == -* ]]; then\n\t\t\t" + BashWords(options) + "\n";
-	if (!command.mCommands.empty())
-		text += "\t\telse\n\t\t\t" + BashWords(CommandNames(command)) + "\n";
-	else if (HasFiles(command))
-		text += std::string("\t\telse\n\t\t\t") + kBashFiles + "\n";
-	text += "\t\tfi ;;\n";
+	const std::string beside = !command.mCommands.empty() ? BashWords(CommandNames(command))
+	                           : HasFiles(command)        ? kBashFiles
+	                                                      : "";
+	text.append("\t\tesac\n\t\tif [[ $word == -* ]]; then\n\t\t\t").append(BashWords(options));
+	if (!beside.empty())
+		text.append("\n\t\telse\n\t\t\t").append(beside);
+	text.append("\n\t\tfi ;;\n");
 	for (const TCommandDescription& inner : command.mCommands)
 		text += BashBranches(inner, path.empty() ? inner.mName : path + " " + inner.mName);
 	return text;
