@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <cstring>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -26,10 +25,8 @@ std::vector<uint8> StateWithName(const std::string& name) {
 		        std::to_string(i) + ">";
 	bank += "</VortelDocument>";
 	const auto length = static_cast<int32>(bank.size());
-	std::vector<uint8> state(sizeof(length));
-	std::memcpy(state.data(), &length, sizeof(length));
-	state.insert(state.end(), bank.begin(), bank.end());
-	return state;
+	const std::string state = std::string(reinterpret_cast<const char*>(&length), sizeof(length)) + bank;
+	return {state.begin(), state.end()};
 }
 
 int CountOf(std::string_view text, const std::string& part) {
