@@ -40,8 +40,11 @@ install(CODE "
 install(TARGETS vortel-vst3 LIBRARY
   DESTINATION "${VORTEL_VST3_DIR}/Vortel2.vst3/Contents/${CMAKE_SYSTEM_PROCESSOR}-linux")
 install(DIRECTORY "$<TARGET_FILE_DIR:vortel-vst3>/../Resources/" DESTINATION "${VORTEL_VST3_DIR}/Vortel2.vst3/Contents/Resources")
+# All that is installed, and nothing of the tests.
+add_custom_target(shipped DEPENDS vortel2 vortel2-described vortel-vst3)
 if(TARGET vortel-vst2)
   install(TARGETS vortel-vst2 LIBRARY DESTINATION "${VORTEL_VST2_DIR}")
+  add_dependencies(shipped vortel-vst2)
 endif()
 
 # What the program and a plug-in that is a bare library load. An empty name would be the whole machine.

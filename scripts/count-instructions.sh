@@ -5,6 +5,7 @@
 # digit.
 # Usage: scripts/count-instructions.sh [--editor|--whole-editor] [CASE...]
 set -euo pipefail
+source "$(dirname "$0")/help.sh"
 cd "$(dirname "$0")/.."
 
 count=build/release/bin/vortel2-count
@@ -21,6 +22,9 @@ elif [ "${1:-}" = --whole-editor ]; then
   short=10
   long=50
 fi
+scripts/install-packages.sh
+cmake --preset release >/dev/null
+cmake --build --preset release --target "$(basename "$count")" >&2
 out=$(mktemp)
 trap 'rm -f "$out"' EXIT
 

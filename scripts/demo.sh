@@ -2,7 +2,14 @@
 # Builds the program, renders its drum loop once through each effect and once through all ten, draws a picture of each
 # render, says what became of the loop, and makes a picture of the editor.
 # Usage: scripts/demo.sh [FOLDER]   where the files go; default build/demo
+# The first run installs the Debian packages of packages.txt that are missing, as root or through sudo, and builds for some
+# minutes; later runs take seconds. Nothing outside FOLDER and build/ is written.
 set -euo pipefail
+source "$(dirname "$0")/help.sh"
+if [ $# -gt 1 ] || [[ ${1:-} == -* ]]; then
+  echo "usage: scripts/demo.sh [FOLDER]" >&2
+  exit 2
+fi
 folder=$(realpath -m "${1:-$(dirname "$0")/../build/demo}")
 cd "$(dirname "$0")/.."
 source scripts/effect-recipes.sh

@@ -2,6 +2,7 @@
 # Draws docs/images/editor*.png anew: the editor as the manual shows it, from scripts of mouse events.
 # Usage: scripts/editor-pictures.sh
 set -euo pipefail
+source "$(dirname "$0")/help.sh"
 cd "$(dirname "$0")/.."
 
 scripts/install-packages.sh

@@ -2,6 +2,7 @@
 # Draws docs/images/effect-NAME.png anew, a picture of each effect at work on the demo loop.
 # Usage: scripts/effect-plots.sh
 set -euo pipefail
+source "$(dirname "$0")/help.sh"
 cd "$(dirname "$0")/.."
 source scripts/effect-recipes.sh
 

@@ -2,8 +2,10 @@
 # Builds the factory bank from its source, measures each scene, and writes the bank's page with a picture per program.
 # Usage: scripts/factory-bank.sh
 set -euo pipefail
+source "$(dirname "$0")/help.sh"
 cd "$(dirname "$0")/.."
 
+scripts/install-packages.sh
 cmake --preset release >/dev/null
 cmake --build --preset release --target vortel2
 vortel2=build/release/bin/vortel2
@@ -30,7 +32,7 @@ A program's trigger mode says what a key does. *Host*: the pattern follows the s
 scene runs while its key is held. *Latch*: a key starts a scene, which goes on until the host stops.
 
 The pictures show scene 0 at work on the drum loop of `vortel2 render --demo`: what goes in, the blocks that play, what
-comes out. `vortel2 render --demo out.wav --bank DefaultBank.v2bnk --program-name "Bar-End Fills" --scene 37` lets you hear any
+comes out. `vortel2 render --demo out.wav --bank resources/DefaultBank.v2bnk --program-name "Bar-End Fills" --scene 37` lets you hear any
 other. The programs are numbered from 1 here, as hosts show them; `--program-index` counts them from 0.
 [programs.md](programs.md) tells how to keep programs of your own.
 TEXT

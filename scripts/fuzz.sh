@@ -4,6 +4,7 @@
 # an input that breaks something is kept there too, and ends the script with a failure. Leaks are looked for at the end,
 # when everything has been taken down: until then a document rightly keeps some of what it has read.
 set -euo pipefail
+source "$(dirname "$0")/help.sh"
 cd "$(dirname "$0")/.."
 
 seconds=${1:-60}

@@ -12,7 +12,13 @@ done <packages.txt
 [ ${#missing[@]} -gt 0 ] || exit 0
 
 as_root=()
-[ "$(id -u)" -eq 0 ] || as_root=(sudo)
+if [ "$(id -u)" -ne 0 ]; then
+  if ! command -v sudo >/dev/null; then
+    echo "These packages are missing and can be installed by root only: ${missing[*]}" >&2
+    exit 1
+  fi
+  as_root=(sudo)
+fi
 echo "Installing ${missing[*]}" >&2
 "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq update
 "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq install --yes --no-install-recommends "${missing[@]}" \

@@ -2,8 +2,10 @@
 # Shows every file that clang-format would lay out otherwise, and what clang-tidy says of the product's sources.
 # Usage: scripts/lint.sh [FILE...]   (without files: everything; clang-tidy then takes a good half hour)
 set -euo pipefail
+source "$(dirname "$0")/help.sh"
 cd "$(dirname "$0")/.."
 
+scripts/install-packages.sh
 folders=(framework shell document effects engine plugin platform tools tests benchmarks fuzz scripts)
 if [ $# -gt 0 ]; then
   files=("$@")

@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
-# Installs what is needed, builds the release preset and runs every test.
+# Installs what is needed, builds the release preset and runs every test. Takes a quarter of an hour the first time.
+# Usage: scripts/test.sh
 set -euo pipefail
+source "$(dirname "$0")/help.sh"
 cd "$(dirname "$0")/.."
 
 scripts/install-packages.sh
