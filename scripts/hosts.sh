@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Plays the bundle in hosts, without a screen and in a home of its own: in Ardour, and in a small host of the classes that
-# many hosts are built on. Each scans it, plays a drum loop through it, saves, reopens and plays again; both outputs must
+# Plays the plug-in in hosts, without a screen and in a home of its own: as VST 3 and as VST 2 in Ardour, as VST 3 in a small
+# host of the classes that many hosts are built on. Each scans it, plays a drum loop through it, saves, reopens and plays again; both outputs must
 # be what vortel2 renders with the same settings, sample by sample.
-# Usage: scripts/hosts.sh [BUNDLE]   default: the release build, made here
+# Usage: scripts/hosts.sh [BUNDLE]   a VST 3 bundle; default: the release build, made here
 set -euo pipefail
 source "$(dirname "$0")/help.sh"
 bundle=${1:+$(realpath "$1")}
@@ -17,13 +17,13 @@ cmake --build --preset release --target vortel2 >&2
 vortel2=$PWD/build/release/bin/vortel2
 
 make_home
+scripts/install.sh >&2
 if [ -n "$bundle" ]; then
+  rm -rf "$HOME/.vst3/Vortel2.vst3"
   cp -R "$bundle" "$HOME/.vst3/Vortel2.vst3"
-else
-  scripts/install.sh >&2
 fi
 # A host that finds its notes about the bundle no younger than the bundle scans again.
-touch -d '2000-01-01' "$HOME"/.vst3/Vortel2.vst3/Contents/*/*.so
+touch -d '2000-01-01' "$HOME"/.vst3/Vortel2.vst3/Contents/*/*.so "$HOME/.vst/Vortel2.so"
 
 make_song
 for host in ardour juce; do

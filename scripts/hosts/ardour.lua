@@ -1,13 +1,13 @@
 -- SPDX-License-Identifier: GPL-3.0-or-later
 -- Makes and reopens an Ardour session without a screen, on the dummy backend. Prints the values of all parameters.
--- ardour7-lua ardour.lua make FOLDER AUDIO RATE FRAMES TEMPO [ID=VALUE...]: a session whose one track plays
---     AUDIO-L.wav and AUDIO-R.wav through the plug-in, which gets its one preset and then the parameters.
--- ardour7-lua ardour.lua reopen FOLDER RATE: opens it and saves it again.
+-- ardour7-lua ardour.lua make FOLDER FORMAT PRESET AUDIO RATE FRAMES TEMPO [ID=VALUE...]: a session whose one track plays
+--     AUDIO-L.wav and AUDIO-R.wav through the plug-in, which gets the preset, if it is not empty, and then the parameters.
+--     FORMAT is VST3 or LXVST.
+-- ardour7-lua ardour.lua reopen FOLDER RATE [ID=VALUE...]: opens it, sets the parameters and saves it again.
 
-local kUniqueId = "5653546B6D7137766F7274656C320000"
+local kPlugin = "Vortel2"
 local kBlock = 512
 local kSuperClock = 282240000
-local kPreset = "From a chunk"
 local kName = arg[2]:match("[^/]+$")
 
 local function fail(text)
@@ -71,14 +71,17 @@ local function import(folder, audio, rate, frames, tempo)
 	write_all(path, text)
 end
 
-local function insert_plugin(track)
-	local processor = ARDOUR.LuaAPI.new_plugin(Session, kUniqueId, ARDOUR.PluginType.VST3, "")
+local function insert_plugin(track, format, preset)
+	local processor = ARDOUR.LuaAPI.new_plugin(Session, kPlugin, ARDOUR.PluginType[format], "")
 	if processor:isnil() then
 		fail("Ardour does not know the plug-in")
 	end
 	track:add_processor_by_index(processor, 0, nil, true)
+	if preset == "" then
+		return processor
+	end
 	local plugin = processor:to_insert():plugin(0)
-	local record = plugin:preset_by_label(kPreset)
+	local record = plugin:preset_by_label(preset)
 	if not record.valid or not plugin:load_preset(record) then
 		fail("Ardour cannot load the preset")
 	end
@@ -134,7 +137,7 @@ local function save_and_close()
 	close_session()
 end
 
-local function make(folder, audio, rate, frames, tempo, settings)
+local function make(folder, format, preset, audio, rate, frames, tempo, settings)
 	start_engine(rate)
 	create_session(folder, kName, rate)
 	Session:new_audio_track(2, 2, nil, 1, "drums", ARDOUR.PresentationInfo.max_order, ARDOUR.TrackMode.Normal, true)
@@ -143,18 +146,19 @@ local function make(folder, audio, rate, frames, tempo, settings)
 	import(folder, audio, rate, frames, tempo)
 	load_session(folder, kName)
 	connect_to_master(first_track())
-	set_parameters(insert_plugin(first_track()), settings)
+	set_parameters(insert_plugin(first_track(), format, preset), settings)
 	save_and_close()
 end
 
-local function reopen(folder, rate)
+local function reopen(folder, rate, settings)
 	start_engine(rate)
 	load_session(folder, kName)
+	set_parameters(first_track():nth_plugin(0), settings)
 	save_and_close()
 end
 
 if arg[1] == "make" then
-	make(arg[2], arg[3], math.tointeger(arg[4]), math.tointeger(arg[5]), arg[6], {table.unpack(arg, 7)})
+	make(arg[2], arg[3], arg[4], arg[5], math.tointeger(arg[6]), math.tointeger(arg[7]), arg[8], {table.unpack(arg, 9)})
 else
-	reopen(arg[2], math.tointeger(arg[3]))
+	reopen(arg[2], math.tointeger(arg[3]), {table.unpack(arg, 4)})
 end

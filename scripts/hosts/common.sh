@@ -23,7 +23,8 @@ make_home() {
   trap 'if [ $? -eq 0 ]; then rm -rf "$home"; else echo "hosts.sh: the files are in $home" >&2; fi' EXIT
   unset XDG_CONFIG_HOME XDG_CACHE_HOME XDG_DATA_HOME XDG_STATE_HOME VST3_PATH
   export HOME=$home
-  mkdir "$home/.vst3"
+  export LXVST_PATH=$home/.vst
+  mkdir "$home/.vst3" "$home/.vst"
 }
 
 # A drum loop, and the factory bank with another program chosen: as a file, as a host's chunk and as a preset.
