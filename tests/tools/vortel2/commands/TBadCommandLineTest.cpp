@@ -168,7 +168,7 @@ TEST_F(TBadCommandLineTest, MisusesThatPeopleMake) {
 	    // Values that would not be what was typed
 	    {withFiles({"--param", "MOD:Frequency=1kHz"}), "\"kHz\" left over; MOD:Frequency takes 1 to 5000 Hz"},
 	    {withFiles({"--param", "MOD:Frequency=6000"}), "beyond"},
-	    {withFiles({"--param", "TAP:Slow Down=3 beats"}), "\"2 beats\""},
+	    {withFiles({"--param", "TAP:Slow Down=3 beats"}), "\"4 beats\""},
 	    {withFiles({"--param", "RET:Initial Speed=1/12"}), "1 / 8th"},
 	    {withFiles({"--param", "RET:Initial Speed=3/16"}), "left over"},
 	    {withFiles({"--param", "RET:Pan=60 L"}), "beyond"},

@@ -69,7 +69,7 @@ TEST_F(TBankCommandsTest, RendersPlayFilesWithTheFurtherOptionsOnTop) {
 TEST_F(TBankCommandsTest, ProgramsGoOutOfBanksAndIn) {
 	Written({"bank", "random", "a.v2bnk", "--seed", "5"});
 	const std::string shown = Output({"bank", "show", "a.v2bnk"});
-	const std::size_t line = shown.find("\n    4 ") + 19;
+	const std::size_t line = shown.find("\n    4 ") + 18;
 	const std::string name = shown.substr(line, shown.find(": ", line) - line);
 	const std::string program = Written({"bank", "convert", "a.v2bnk", "a.v2prg", "--program-index", "4"});
 	EXPECT_EQ(Written({"bank", "convert", "a.v2bnk", "b.v2prg", "--program-name", name}), program);

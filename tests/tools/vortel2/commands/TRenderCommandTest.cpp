@@ -14,6 +14,15 @@ class TRenderCommandTest : public TVortel2Test {
 protected:
 	TRenderCommandTest() { WriteWav("in.wav", Noise()); }
 
+	/// Noise that stays below full scale, whatever ramps there are at the beginning.
+	static TStereoSound QuietNoise() {
+		TStereoSound sound = Noise();
+		for (std::vector<float>* side : {&sound.mLeft, &sound.mRight})
+			for (float& sample : *side)
+				sample *= 0.5f;
+		return sound;
+	}
+
 	static TArguments Retriggered(const TArguments& more) {
 		TArguments words{"--steps", "3=*+++*+++----*+++", "--param", "RET:Decay=30"};
 		words.insert(words.end(), more.begin(), more.end());
@@ -75,6 +84,7 @@ TEST_F(TRenderCommandTest, Warnings) {
 	WriteBytes("short.wav", whole.substr(0, whole.size() - 40000));
 	ASSERT_EQ(Run({"render", "in.wav", "whole.flac"}).mStatus, 0);
 	WriteBytes("cut.flac", Bytes("whole.flac").substr(0, 100000));
+	WriteWav("quiet.wav", QuietNoise());
 	Render("used.v2bnk.wav", Retriggered({"--save", "used.v2bnk"}));
 
 	const struct {
@@ -84,7 +94,7 @@ TEST_F(TRenderCommandTest, Warnings) {
 	    {{"short.wav", "--param", "MST:Mix=50", "--param", "MST:Volume=50"}, "short.wav: ends early"},
 	    {{"cut.flac", "--param", "MST:Volume=50"}, "cut.flac: ends early"},
 	    {{"in.wav", "--format", "pcm16", "--param", "MST:Volume=100.1"}, "clipped"},
-	    {{"in.wav", "--format", "pcm16", "--param", "MST:Volume=10"}, nullptr},
+	    {{"quiet.wav", "--format", "pcm16", "--param", "MST:Volume=90"}, nullptr},
 	    {{"in.wav"}, "scene 0 of program 0 \"Init\" has no block"},
 	    {{"in.wav", "--bank", "used.v2bnk", "--scene", "5"}, "scene 5 of program 0"},
 	    {{"in.wav", "--bank", "used.v2bnk"}, nullptr},
@@ -112,6 +122,7 @@ TEST_F(TRenderCommandTest, Warnings) {
 
 TEST_F(TRenderCommandTest, ContainersAndStandardStreams) {
 	const TArguments quiet{"--param", "MST:Volume=30"};
+	WriteWav("in.wav", QuietNoise());
 	const std::string wav = Render("a.wav", quiet);
 	const TStereoSound sound = ReadSound("a.wav");
 	for (const char* name : {"a.aiff", "a.AIF", "a.flac"}) {

@@ -36,7 +36,7 @@ TEST_F(TParameterTextTest, WhatAParameterShowsItTakes) {
 }
 
 TEST_F(TParameterTextTest, UnitsAndCases) {
-	EXPECT_EQ(Read("MOD:Frequency", "440 Hz"), Read("mod:freq", "+440hz"));
+	EXPECT_EQ(Read("MOD:Frequency", "440 Hz"), Read("mod:frequ", "+440hz"));
 	EXPECT_EQ(Read("RET:Decay", "30%"), 0.3f);
 	EXPECT_EQ(Read("ret:init", "1/16"), Read("RET:Initial Speed", " 1 / 16TH "));
 	EXPECT_EQ(Read("RET:Initial Speed", "16"), Read("RET:Initial Speed", "1 / 16"));

@@ -39,8 +39,9 @@ TEST(TOptionTextTest, DevicesGoByIndexOrPrefix) {
 	EXPECT_EQ(TOptionText("--steps", "0").Device(), 0);
 	EXPECT_EQ(TOptionText("--steps", "RND").Device(), 0);
 	EXPECT_EQ(TOptionText("--steps", "RET").Device(), 3);
+	EXPECT_EQ(TOptionText("--steps", "ret").Device(), 3);
 	EXPECT_EQ(TOptionText("--steps", "10").Device(), 10);
-	for (const char* text : {"MST", "ret", "11", "-1", "03", ""})
+	for (const char* text : {"MST", "RETR", "11", "-1", "03", ""})
 		EXPECT_NE(Complaint([](const TOptionText& device) { device.Device(); }, text), "") << text;
 }
 
