@@ -15,7 +15,7 @@ foreach(form man bash zsh fish)
   # Through a file of another name, so that a program that fails leaves nothing that looks finished.
   add_custom_command(OUTPUT "${described}/vortel2.${form}"
     COMMAND "${CMAKE_COMMAND}" -E env "XDG_STATE_HOME=${described}" $<TARGET_FILE:vortel2> describe ${form}
-      >"${described}/vortel2.${form}.new"
+      > "${described}/vortel2.${form}.new"
     COMMAND "${CMAKE_COMMAND}" -E rename "${described}/vortel2.${form}.new" "${described}/vortel2.${form}"
     DEPENDS vortel2
     VERBATIM)

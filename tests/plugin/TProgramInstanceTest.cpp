@@ -103,7 +103,7 @@ TEST_F(TCreatePluginShellTest, LogTellsOfApiAndInstances) {
 	TAudioPluginShell* second = CreatePluginShell(kProgramHost, nullptr);
 	ReleasePluginShell(first);
 	ReleasePluginShell(second);
-	CreatePluginShell(kAudioUnitHost, nullptr);
+	CreatePluginShell(99, nullptr);
 	TLog::Drop();
 	std::stringstream text;
 	for (const auto& file : std::filesystem::directory_iterator(folder.PathOf("")))
