@@ -39,6 +39,22 @@ public:
 		return reply ? reply->children_len : -1;
 	}
 
+	/// Blackens what is embedded, as a server does that has lost a window's contents, and asks for it anew.
+	void LoseContents() {
+		const TCPtr<xcb_query_tree_reply_t> reply(
+		    xcb_query_tree_reply(mpConnection, xcb_query_tree(mpConnection, mId), nullptr), &std::free);
+		if (!reply || reply->children_len == 0)
+			return;
+		const xcb_window_t child = xcb_query_tree_children(reply.get())[0];
+		const xcb_gcontext_t black = xcb_generate_id(mpConnection);
+		xcb_create_gc(mpConnection, black, child, 0, nullptr);
+		const xcb_rectangle_t whole{0, 0, kWidth, kHeight};
+		xcb_poly_fill_rectangle(mpConnection, child, black, 1, &whole);
+		xcb_clear_area(mpConnection, 1, child, 0, 0, 0, 0);
+		xcb_free_gc(mpConnection, black);
+		Sync();
+	}
+
 	/// How many colours the window shows; few while nothing is drawn.
 	std::size_t NumberOfColors() {
 		const auto cookie =
