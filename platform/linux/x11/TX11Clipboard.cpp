@@ -7,17 +7,18 @@
 
 void TX11Clipboard::Connect(TX11Connection& connection) {
 	mpConnection = &connection;
+	const auto* extension = xcb_get_extension_data(connection.Xcb(), &xcb_xfixes_id);
+	if (extension && extension->present) {
+		mFirstEvent = extension->first_event;
+		constexpr uint32_t kChanges = XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+		                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+		                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE;
+		for (const xcb_atom_t selection : {connection.Atom(TX11Atom::kClipboard), xcb_atom_t{XCB_ATOM_PRIMARY}})
+			xcb_xfixes_select_selection_input(connection.Xcb(), connection.ServiceWindow(), selection, kChanges);
+	}
+	// Only now they ask for the owners: a change in between is told, and not lost.
 	mClipboard.Connect(connection);
 	mPrimary.Connect(connection);
-	const auto* extension = xcb_get_extension_data(connection.Xcb(), &xcb_xfixes_id);
-	if (!extension || !extension->present)
-		return;
-	mFirstEvent = extension->first_event;
-	constexpr uint32_t kChanges = XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
-	                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
-	                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE;
-	for (const xcb_atom_t selection : {connection.Atom(TX11Atom::kClipboard), xcb_atom_t{XCB_ATOM_PRIMARY}})
-		xcb_xfixes_select_selection_input(connection.Xcb(), connection.ServiceWindow(), selection, kChanges);
 }
 
 void TX11Clipboard::Disconnect() {
