@@ -73,18 +73,20 @@ void TVortelModulatorDspDevice::OnStateLost() {
 
 /// The ramps' values, sample by sample.
 struct TVortelModulatorDspDevice::TMovingValues {
-	std::array<float, kPiece> mFrequency, mDepth, mOsc, mFM, mSpread;
+	static constexpr bool kMoves = true;
+	const std::array<std::array<float, kPiece>, 5>& mValues;
 
 	TValues At(int i) const {
 		const auto at = static_cast<std::size_t>(i);
-		return {mFrequency[at], mDepth[at], mOsc[at], mFM[at], mSpread[at]};
+		return {mValues[0][at], mValues[1][at], mValues[2][at], mValues[3][at], mValues[4][at]};
 	}
 };
 
 struct TVortelModulatorDspDevice::TRestingValues {
+	static constexpr bool kMoves = false;
 	TValues mValues;
 
-	const TValues& At(int) const { return mValues; }
+	TValues At(int) const { return mValues; }
 };
 
 void TVortelModulatorDspDevice::ProcessEffect(float* left, float* right, int count) {
@@ -98,27 +100,30 @@ void TVortelModulatorDspDevice::ProcessEffect(float* left, float* right, int cou
 }
 
 int TVortelModulatorDspDevice::ProcessRamped(float* left, float* right, int count) {
-	TMovingValues values;
+	std::array<std::array<float, kPiece>, 5> values;
 	TRampGroup tone(mFrequencyRamp, mDepthRamp, mOscRamp);
 	TRampGroup modulation(mFMRamp, mSpreadRamp);
 	int done = 0;
 	while (done < count && (tone.IsMoving() || modulation.IsMoving())) {
 		const int length = std::min(kPiece, count - done);
-		tone.Fill(length, values.mFrequency.data(), values.mDepth.data(), values.mOsc.data());
-		modulation.Fill(length, values.mFM.data(), values.mSpread.data());
-		ProcessSamples(left + done, right + done, length, values);
+		tone.Fill(length, values[0].data(), values[1].data(), values[2].data());
+		modulation.Fill(length, values[3].data(), values[4].data());
+		ProcessSamples(left + done, right + done, length, TMovingValues{values});
 		done += length;
 	}
 	return done;
 }
 
 template <class TSource>
-void TVortelModulatorDspDevice::ProcessSamples(float* left, float* right, int count, const TSource& values) {
+void TVortelModulatorDspDevice::ProcessSamples(float* left, float* right, int count, TSource values) {
 	const double radiansPerHertz = kTwoPi / SampleRate();
 	TVAEnvelopeFollower follower = mFollower;
 	double phase = mPhase;
+	TValues now = values.At(0);
 	for (int i = 0; i < count; ++i) {
-		const auto [frequency, depth, osc, fm, spread] = values.At(i);
+		if constexpr (TSource::kMoves)
+			now = values.At(i);
+		const auto [frequency, depth, osc, fm, spread] = now;
 		const double envelope = follower.Process((std::abs(left[i]) + std::abs(right[i])) / 2.0f / kFullScale);
 		const double hertz =
 		    std::clamp(frequency + envelope * (fm - 0.5) * 2.0 * 5000.0, kLowestFrequency, kHighestFrequency);

@@ -36,7 +36,7 @@ private:
 	/// Returns the samples done: all, or at least those until no ramp moves.
 	int ProcessRamped(float* left, float* right, int count);
 	template <class TSource>
-	void ProcessSamples(float* left, float* right, int count, const TSource& values);
+	void ProcessSamples(float* left, float* right, int count, TSource values);
 	std::array<TRampable<float>*, 5> Ramps();
 	void SetFollower();
 

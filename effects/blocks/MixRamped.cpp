@@ -9,6 +9,8 @@
 
 namespace {
 
+using TSteps = TRampGroup::TSteps;
+
 constexpr float kDoubledGain = 2.0f / kCenterGain; // of the volume, which is unity at 0.5
 
 void MixOne(__m128 row, float dryLeft, float dryRight, float& left, float& right) {
@@ -20,20 +22,20 @@ void MixOne(__m128 row, float dryLeft, float dryRight, float& left, float& right
 	right = (dryRight * (1.0f - mix) + right * mix) * std::sqrt(pan) * scale;
 }
 
-void MixRest(TRampGroup& ramps, const float* dryLeft, const float* dryRight, float* left, float* right, int count) {
+void MixRest(TSteps& ramps, const float* dryLeft, const float* dryRight, float* left, float* right, int count) {
 	for (int i = 0; i < count; ++i)
-		MixOne(ramps.StepFar(), dryLeft[i], dryRight[i], left[i], right[i]);
+		MixOne(ramps.Next(), dryLeft[i], dryRight[i], left[i], right[i]);
 }
 
-void MixBy4(
-    TRampGroup& ramps, const float* dryLeft, const float* dryRight, float* left, float* right, int count) noexcept {
+void MixBy4(TSteps& steps, const float* dryLeft, const float* dryRight, float* left, float* right, int count) noexcept {
+	TSteps ramps = steps;
 	const __m128 one = _mm_set1_ps(1.0f);
 	int i = 0;
 	for (; i <= count - 4; i += 4) {
-		__m128 mix = ramps.StepFar();
-		__m128 pan = ramps.StepFar();
-		__m128 volume = ramps.StepFar();
-		__m128 unused = ramps.StepFar();
+		__m128 mix = ramps.Next();
+		__m128 pan = ramps.Next();
+		__m128 volume = ramps.Next();
+		__m128 unused = ramps.Next();
 		_MM_TRANSPOSE4_PS(mix, pan, volume, unused);
 		const __m128 dryGain = _mm_sub_ps(one, mix);
 		const __m128 scale = _mm_mul_ps(volume, _mm_set1_ps(kDoubledGain));
@@ -45,6 +47,7 @@ void MixBy4(
 		channel(right + i, dryRight + i, pan);
 	}
 	MixRest(ramps, dryLeft + i, dryRight + i, left + i, right + i, count - i);
+	steps = ramps;
 }
 
 /// The row of a sample, and of the one four samples after it.
@@ -60,18 +63,19 @@ MixChannelBy8(float* wet, const float* dry, __m256 dryGain, __m256 wetGain, __m2
 }
 
 [[gnu::target("avx")]] void
-MixBy8(TRampGroup& ramps, const float* dryLeft, const float* dryRight, float* left, float* right, int count) noexcept {
+MixBy8(TSteps& steps, const float* dryLeft, const float* dryRight, float* left, float* right, int count) noexcept {
+	TSteps ramps = steps;
 	const __m256 one = _mm256_set1_ps(1.0f);
 	int i = 0;
 	for (; i <= count - 8; i += 8) {
-		const __m128 first0 = ramps.StepFar();
-		const __m128 first1 = ramps.StepFar();
-		const __m128 first2 = ramps.StepFar();
-		const __m128 first3 = ramps.StepFar();
-		const __m256 row0 = Join(first0, ramps.StepFar());
-		const __m256 row1 = Join(first1, ramps.StepFar());
-		const __m256 row2 = Join(first2, ramps.StepFar());
-		const __m256 row3 = Join(first3, ramps.StepFar());
+		const __m128 first0 = ramps.Next();
+		const __m128 first1 = ramps.Next();
+		const __m128 first2 = ramps.Next();
+		const __m128 first3 = ramps.Next();
+		const __m256 row0 = Join(first0, ramps.Next());
+		const __m256 row1 = Join(first1, ramps.Next());
+		const __m256 row2 = Join(first2, ramps.Next());
+		const __m256 row3 = Join(first3, ramps.Next());
 		const __m256 mixPan01 = _mm256_unpacklo_ps(row0, row1);
 		const __m256 mixPan23 = _mm256_unpacklo_ps(row2, row3);
 		const __m256 volume01 = _mm256_unpackhi_ps(row0, row1);
@@ -85,6 +89,7 @@ MixBy8(TRampGroup& ramps, const float* dryLeft, const float* dryRight, float* le
 		MixChannelBy8(right + i, dryRight + i, dryGain, mix, pan, scale);
 	}
 	MixBy4(ramps, dryLeft + i, dryRight + i, left + i, right + i, count - i);
+	steps = ramps;
 }
 
 using TMix = decltype(&MixBy4);
@@ -101,6 +106,7 @@ const TMix sMix = FastestMix();
 int MixRamped(
     TRampGroup& ramps, const float* dryLeft, const float* dryRight, float* left, float* right, int count) noexcept {
 	return ramps.Follow(
-	    count, [&](int at, int n) { sMix(ramps, dryLeft + at, dryRight + at, left + at, right + at, n); },
+	    count,
+	    [&](int at, int n, TSteps& steps) { sMix(steps, dryLeft + at, dryRight + at, left + at, right + at, n); },
 	    [&](int at, __m128 row) { MixOne(row, dryLeft[at], dryRight[at], left[at], right[at]); });
 }

@@ -163,7 +163,7 @@ inline int TVALadderFilter::RunRamped(
 	const __m128d lowest = _mm_set1_pd(kMinimumFrequency);
 	const __m128d highest = _mm_set1_pd(kMaximumFrequency * sampleRate);
 	const __m128d scale = _mm_set1_pd(kFrequencyScale / sampleRate);
-	const auto step = [&](int at, __m128d first, bool isPair) {
+	const auto step = [&](int at, __m128d first, bool isPair) __attribute__((always_inline)) {
 		const __m128d frequency = _mm_unpacklo_pd(first, last);
 		const __m128d q = _mm_unpackhi_pd(first, last);
 		const __m128d f = _mm_mul_pd(_mm_min_pd(_mm_max_pd(frequency, lowest), highest), scale);
@@ -184,15 +184,15 @@ inline int TVALadderFilter::RunRamped(
 		last = _mm_cvtps_pd(values);
 		step(at, last, false);
 	};
-	const auto run = [&](int at, int samples) {
+	const auto run = [&](int at, int samples, TRampGroup::TSteps& steps) {
 		const int end = at + samples;
 		for (; at <= end - 2; at += 2) {
-			const __m128d first = _mm_cvtps_pd(ramps.StepFar());
-			last = _mm_cvtps_pd(ramps.StepFar());
+			const __m128d first = _mm_cvtps_pd(steps.Next());
+			last = _mm_cvtps_pd(steps.Next());
 			step(at, first, true);
 		}
 		if (at < end)
-			single(at, ramps.StepFar());
+			single(at, steps.Next());
 	};
 	return ramps.Follow(count, run, single);
 }

@@ -63,7 +63,7 @@ private:
 	void FreeHungStages(float lastLeft, float lastRight);
 	bool IsHung(std::size_t channel, double lastStage, float lastInput);
 
-	static constexpr int kWatchInterval = 256;
+	static constexpr int kWatchInterval = 1024;
 
 	int mMode = kUnset;
 	double mFrequency = 0.0;
