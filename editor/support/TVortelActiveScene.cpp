@@ -16,8 +16,9 @@ void TVortelActiveScene::Start() {
 }
 
 void TVortelActiveScene::OnProgramIndex(TObservable*, int32_t reason) {
+	// By the index, not by the document's own view of it: whoever is told first, this must not show the program before.
 	if (reason == kObserverAdded || reason == kDidChange)
-		FollowProgram(mDocument->ActiveProgram());
+		FollowProgram(mDocument->Program(mDocument->ActiveProgramIndex().Get()));
 }
 
 void TVortelActiveScene::OnSceneIndex(TObservable*, int32_t reason) {

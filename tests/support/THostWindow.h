@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <memory>
 #include <set>
+#include <vector>
 #include <xcb/xcb.h>
 
 /// A host's window with nothing in it, of the size that an editor asks for.
@@ -55,15 +56,21 @@ public:
 		Sync();
 	}
 
-	/// How many colours the window shows; few while nothing is drawn.
-	std::size_t NumberOfColors() {
+	/// All pixels that the window shows, line by line.
+	std::vector<uint32_t> Picture() {
 		const auto cookie =
 		    xcb_get_image(mpConnection, XCB_IMAGE_FORMAT_Z_PIXMAP, mId, 0, 0, kWidth, kHeight, ~uint32_t{0});
 		const TCPtr<xcb_get_image_reply_t> reply(xcb_get_image_reply(mpConnection, cookie, nullptr), &std::free);
 		if (!reply)
-			return 0;
+			return {};
 		const auto* pixels = reinterpret_cast<const uint32_t*>(xcb_get_image_data(reply.get()));
-		return std::set<uint32_t>(pixels, pixels + kWidth * kHeight).size();
+		return {pixels, pixels + kWidth * kHeight};
+	}
+
+	/// How many colours the window shows; few while nothing is drawn.
+	std::size_t NumberOfColors() {
+		const std::vector<uint32_t> picture = Picture();
+		return std::set<uint32_t>(picture.begin(), picture.end()).size();
 	}
 
 private:

@@ -174,6 +174,57 @@ TEST_F(Vst3EditorTest, TakesTheOrdersOfHosts) {
 	EXPECT_EQ(Attach(*view, window), kResultFalse) << "there is no such window any more";
 }
 
+TEST_F(Vst3EditorTest, ShowsTheProgramThatAStateHasChosen) {
+	std::string bank;
+	for (const uint8 byte : MakeTestState(3))
+		bank += static_cast<char>(byte);
+	const auto stateWith = [&](int program) {
+		const std::string element = "<ActiveProgramIndex>";
+		std::string text = bank.substr(sizeof(int32));
+		const std::size_t at = text.find(element) + element.size();
+		text.replace(at, text.find('<', at) - at, std::to_string(program));
+		const auto length = static_cast<int32>(text.size());
+		text.insert(0, reinterpret_cast<const char*>(&length), sizeof(length));
+		return TTestState(text.begin(), text.end());
+	};
+	ASSERT_NE(bank.find("<ActiveProgramIndex>"), std::string::npos);
+
+	THostWindow window;
+	THostFrame frame;
+	const auto pictureOf = [&](IPlugView& view) {
+		view.setFrame(&frame);
+		EXPECT_EQ(Attach(view, window), kResultOk);
+		frame.Tick(5);
+		const std::vector<uint32_t> picture = window.Picture();
+		EXPECT_EQ(view.removed(), kResultOk);
+		return picture;
+	};
+	ASSERT_EQ(mpPlugin->Load(stateWith(1)), kResultOk);
+	const std::vector<uint32_t> expected = pictureOf(*CreateView());
+	ASSERT_EQ(mpPlugin->Load(stateWith(0)), kResultOk);
+	ASSERT_NE(pictureOf(*CreateView()), expected);
+
+	mpPlugin = std::make_unique<TTestPlugin>(mModule);
+	{
+		const IPtr<IPlugView> early = CreateView();
+		ViewRect size{};
+		EXPECT_EQ(early->getSize(&size), kResultOk);
+		ASSERT_EQ(mpPlugin->Load(stateWith(1)), kResultOk);
+		EXPECT_EQ(pictureOf(*early), expected) << "the view was asked for its size before";
+	}
+	{
+		const IPtr<IPlugView> view = CreateView();
+		ASSERT_EQ(mpPlugin->Load(stateWith(0)), kResultOk);
+		view->setFrame(&frame);
+		ASSERT_EQ(Attach(*view, window), kResultOk);
+		frame.Tick();
+		ASSERT_EQ(mpPlugin->Load(stateWith(1)), kResultOk);
+		frame.Tick(5);
+		EXPECT_EQ(window.Picture(), expected) << "the view was open";
+		EXPECT_EQ(view->removed(), kResultOk);
+	}
+}
+
 TEST_F(Vst3EditorTest, FollowsTheScaleOfTheHostAndNoOtherSizeOfIts) {
 	THostWindow window;
 	THostFrame frame;
