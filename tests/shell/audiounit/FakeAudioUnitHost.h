@@ -35,6 +35,7 @@ public:
 
 	void NotifyListeners(const AudioUnitEvent& event) override {
 		constexpr const char* kNames[] = {"value", "begin", "end"};
+		const std::lock_guard guard(mLock);
 		mHeard += kNames[event.mEventType] + std::to_string(static_cast<int>(event.mParameter.mParameterID)) + " ";
 	}
 
@@ -50,13 +51,15 @@ public:
 		return mTimers;
 	}
 
-	std::string Take() { return std::exchange(mHeard, {}); }
-
-	std::string mHeard;
+	std::string Take() {
+		const std::lock_guard guard(mLock);
+		return std::exchange(mHeard, {});
+	}
 
 private:
 	std::mutex mLock;
 	std::vector<TTimerTarget*> mTimers;
+	std::string mHeard;
 };
 
 /// A buffer list with memory of its own, as many channels as wanted.
