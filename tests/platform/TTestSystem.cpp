@@ -64,9 +64,13 @@ std::unique_ptr<TTestSystem> MakeHeadlessSystem() {
 }
 
 void TWindowJournal::Write(const char* format, auto... values) {
-	char line[256];
-	std::snprintf(line, sizeof line, format, values...);
-	mLines.emplace_back(line);
+	if constexpr (sizeof...(values) == 0) {
+		mLines.emplace_back(format);
+	} else {
+		char line[256];
+		std::snprintf(line, sizeof line, format, values...);
+		mLines.emplace_back(line);
+	}
 }
 
 std::vector<std::string> TWindowJournal::Take(const std::string& beginning) {

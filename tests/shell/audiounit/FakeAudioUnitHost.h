@@ -35,8 +35,12 @@ public:
 
 	void NotifyListeners(const AudioUnitEvent& event) override {
 		constexpr const char* kNames[] = {"value", "begin", "end"};
+		Hear(kNames[event.mEventType] + std::to_string(static_cast<int>(event.mParameter.mParameterID)));
+	}
+
+	void Hear(const std::string& what) {
 		const std::lock_guard guard(mLock);
-		mHeard += kNames[event.mEventType] + std::to_string(static_cast<int>(event.mParameter.mParameterID)) + " ";
+		mHeard += what + " ";
 	}
 
 	/// Every timer once.

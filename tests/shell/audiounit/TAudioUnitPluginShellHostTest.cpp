@@ -157,12 +157,12 @@ TEST_F(TAudioUnitPluginShellHostTest, ParametersAndTheirTexts) {
 TEST_F(TAudioUnitPluginShellHostTest, ListenersHearEditsAndProgramChangesButNotTheHostsOwn) {
 	Open();
 	const auto listen = [](void* user, AudioUnit, AudioUnitPropertyID id, AudioUnitScope, AudioUnitElement) {
-		*static_cast<std::string*>(user) += "property" + std::to_string(id) + " ";
+		static_cast<TFakeAudioUnitSystem*>(user)->Hear("property" + std::to_string(id));
 	};
 	const auto add = [&](AudioUnitPropertyID id) {
 		return mpUnit->Call(
 		    kAudioUnitAddPropertyListenerSelect, id, static_cast<AudioUnitPropertyListenerProc>(listen),
-		    static_cast<void*>(&mSystem.mHeard));
+		    static_cast<void*>(&mSystem));
 	};
 	EXPECT_EQ(add(kAudioUnitProperty_PresentPreset), noErr);
 	EXPECT_EQ(add(kAudioUnitProperty_FactoryPresets), noErr);

@@ -143,7 +143,7 @@ TEST_F(TCommandSchedulerTest, WhatComesAgainRunsAsIfAllHadBeenScheduledAtOnce) {
 			scheduleInBoth(1000 + block * 10 + i, static_cast<int32_t>(1 + random() % 60));
 		for (int coming = 0; coming < 6; ++coming) {
 			std::vector<int32_t> delays;
-			for (int32_t delay = 1; delay < 32; delay += static_cast<int32_t>(1 + random() % (1u + coming)))
+			for (int32_t delay = 1; delay < 32; delay += static_cast<int32_t>(1 + random() % static_cast<unsigned>(1 + coming)))
 				delays.push_back(delay);
 			for (const int32_t delay : delays)
 				model.Schedule(new TMarkCommand(expected, coming), delay);

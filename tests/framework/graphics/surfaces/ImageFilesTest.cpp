@@ -218,7 +218,8 @@ TEST_F(ImageFilesTest, CutImagesAreRefusedOrReadButNeverAnotherSize) {
 	const std::pair<const char*, TSurface::TFileFormat> formats[] = {
 	    {"a.bmp", TSurface::kBmp}, {"a.png", TSurface::kPng}, {"a.jpg", TSurface::kJpeg}, {"a.tif", TSurface::kTiff}};
 	const TPtr<TSurface> image = MakeImage(60, 20);
-	for (const auto& [name, format] : formats) {
+	for (const auto& [file, format] : formats) {
+		const char* const name = file;
 		image->SaveToFile(mFolder.Path(name), format);
 		const std::string whole = mFolder.Read(name);
 		int refused = 0;
