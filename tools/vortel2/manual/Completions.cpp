@@ -118,14 +118,14 @@ std::string ZshAction(const TArgument& argument) {
 	}
 }
 
-std::string ZshSpecifications(const TCommandDescription& command) {
+std::string ZshArguments(const TCommandDescription& command) {
 	std::string text;
 	for (const TArgument& option : command.mOptions) {
-		std::string specification =
+		std::string described =
 		    (option.mIsRepeatable ? "*" : "") + option.mName + "[" + WithBackslashes(option.mHelp, "[]:\\") + "]";
 		if (option.mValue != EValue::kNone)
-			specification += ":" + WithBackslashes(option.mValueName, "[]:\\") + ":" + ZshAction(option);
-		text += " \\\n\t\t" + Quoted(specification);
+			described += ":" + WithBackslashes(option.mValueName, "[]:\\") + ":" + ZshAction(option);
+		text += " \\\n\t\t" + Quoted(described);
 	}
 	for (const TArgument& argument : command.mArguments) {
 		const std::string message = WithBackslashes(argument.mHelp, ":\\");
@@ -139,13 +139,13 @@ std::string ZshFunction(const TCommandDescription& command, const std::string& n
 	std::string text = name + "() {\n";
 	std::string inners;
 	if (command.mCommands.empty()) {
-		text += "\t_arguments" + ZshSpecifications(command) + "\n}\n";
+		text += "\t_arguments" + ZshArguments(command) + "\n}\n";
 		return text;
 	}
 	text += "\tlocal state line\n\tlocal -a commands=(\n";
 	for (const TCommandDescription& inner : command.mCommands)
 		text += "\t\t" + Quoted(inner.mName + ":" + WithBackslashes(inner.mHelp, ":\\")) + "\n";
-	text += "\t)\n\t_arguments -C" + ZshSpecifications(command) +
+	text += "\t)\n\t_arguments -C" + ZshArguments(command) +
 	        " \\\n\t\t'1:command:->command' \\\n\t\t'*::argument:->argument'\n\tcase $state in\n"
 	        "\tcommand) _describe command commands ;;\n\targument)\n\t\tcase $words[1] in\n";
 	for (const TCommandDescription& inner : command.mCommands) {
