@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <random>
-#include <regex>
+#include <sstream>
 
 namespace {
 
@@ -134,6 +134,19 @@ private:
 	std::pair<int, int> mPlace;
 };
 
+/// A name of blanks alone is none to a reader.
+std::string WithoutBlankNames(const std::string& bank) {
+	std::string kept;
+	std::istringstream lines(bank);
+	for (std::string line; std::getline(lines, line);) {
+		const std::size_t begin = line.find("<Name> ");
+		const bool isBlank = begin != line.npos && line.find_first_not_of(' ', begin + 6) == line.find("</Name>");
+		if (!isBlank)
+			kept += line + "\n";
+	}
+	return kept;
+}
+
 TEST_F(TVortel2Test, RandomScriptsLeaveAnEditorThatWorks) {
 	const int seed = NumberFrom("VORTEL_EDITOR_SEED", 1);
 	WriteBytes("bad.v2prg", "<VortelProgram doc_version=\"0\"><Name>");
@@ -154,9 +167,8 @@ TEST_F(TVortel2Test, RandomScriptsLeaveAnEditorThatWorks) {
 	ASSERT_NE(strip, list.end());
 	EXPECT_NE((*strip)["value"], "-1") << "the engine runs";
 	ASSERT_EQ(Run({"bank", "convert", "before.v2bnk", "again.v2bnk"}).mStatus, 0);
-	// A name of blanks alone is none to a reader.
-	const std::string saved = std::regex_replace(Bytes("before.v2bnk"), std::regex("\n *<Name> +</Name>"), "");
-	EXPECT_EQ(Bytes("again.v2bnk"), saved) << "what was saved is whole, and nothing is out of range";
+	EXPECT_EQ(Bytes("again.v2bnk"), WithoutBlankNames(Bytes("before.v2bnk")))
+	    << "what was saved is whole, and nothing is out of range";
 }
 
 } // namespace
