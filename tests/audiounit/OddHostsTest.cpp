@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstddef>
+#include <cstring>
 #include <functional>
 #include <limits>
 #include <malloc.h>
@@ -90,8 +92,40 @@ private:
 	void GetProperty(AudioUnitPropertyID id, AudioUnitScope scope, AudioUnitElement element) {
 		alignas(16) UInt8 room[1024] = {};
 		UInt32 size = Odd() ? Pick(200) : sizeof(room);
-		AudioUnitGetProperty(mUnit.Unit(), id, scope, element, Odd() ? nullptr : room + Pick(2), &size);
+		UInt8* const data = Odd() ? nullptr : room + Pick(2);
+		if (AudioUnitGetProperty(mUnit.Unit(), id, scope, element, data, &size) == noErr && data)
+			ReleaseWhatCame(id, data);
 		AudioUnitGetProperty(mUnit.Unit(), id, scope, element, room, nullptr);
+	}
+
+	template <class TObject>
+	static void ReleaseAt(const UInt8* data, std::size_t offset = 0) {
+		const TObject* object = nullptr;
+		std::memcpy(&object, data + offset, sizeof(object));
+		if (object)
+			object->Release();
+	}
+
+	/// Objects in a property belong to who asked.
+	static void ReleaseWhatCame(AudioUnitPropertyID id, const UInt8* data) {
+		switch (id) {
+		case kAudioUnitProperty_ClassInfo:
+			return ReleaseAt<AUDictionary>(data);
+		case kAudioUnitProperty_FactoryPresets:
+			return ReleaseAt<AUArray>(data);
+		case kAudioUnitProperty_PresentPreset:
+			return ReleaseAt<AUString>(data, offsetof(AUPreset, presetName));
+		case kAudioUnitProperty_ParameterStringFromValue:
+			return ReleaseAt<AUString>(data, offsetof(AudioUnitParameterStringFromValue, outString));
+		case kAudioUnitProperty_ParameterInfo:
+			ReleaseAt<AUString>(data, offsetof(AudioUnitParameterInfo, unitName));
+			return ReleaseAt<AUString>(data, offsetof(AudioUnitParameterInfo, cfNameString));
+		case kAudioUnitProperty_CocoaUI:
+			ReleaseAt<AUString>(data, offsetof(AudioUnitCocoaViewInfo, mCocoaAUViewBundleLocation));
+			return ReleaseAt<AUString>(data, offsetof(AudioUnitCocoaViewInfo, mCocoaAUViewClass));
+		default:
+			break;
+		}
 	}
 
 	/// Bytes that are no pointers for those who take them for one.
