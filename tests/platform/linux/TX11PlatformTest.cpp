@@ -242,8 +242,7 @@ TEST_F(TX11PlatformTest, PopupsBelongToTheHostsWindowAndGrabThePointer) {
 	Settle();
 	EXPECT_TRUE(popup->IsOpen()) << "it is the client's to close";
 	popup->Close();
-	User().Sync();
-	EXPECT_EQ(grabStatus(), XCB_GRAB_STATUS_SUCCESS);
+	EXPECT_TRUE(SettleUntil([&] { return grabStatus() == XCB_GRAB_STATUS_SUCCESS; }));
 }
 
 TEST_F(TX11PlatformTest, AnEditorSharesTheKeysWithItsHost) {
